@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that building and testing need, skipping those
+# that are already present.
+set -euo pipefail
+
+packages=(cmake g++ make pkg-config libyaml-cpp-dev libgtest-dev libbenchmark-dev)
+
+missing=()
+for package in "${packages[@]}"; do
+  if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed'; then
+    missing+=("$package")
+  fi
+done
+
+if [ ${#missing[@]} -eq 0 ]; then
+  exit 0
+fi
+
+echo "Installing missing packages: ${missing[*]}"
+if [ "$(id -u)" -eq 0 ]; then
+  sudo=()
+elif command -v sudo >/dev/null 2>&1; then
+  sudo=(sudo)
+else
+  echo "error: cannot install ${missing[*]}: not root and no sudo. Install them and run again." >&2
+  exit 1
+fi
+
+export DEBIAN_FRONTEND=noninteractive
+if ! "${sudo[@]}" apt-get update -qq || ! "${sudo[@]}" apt-get install -y -qq "${missing[@]}"; then
+  echo "error: apt-get could not install ${missing[*]}." >&2
+  exit 1
+fi

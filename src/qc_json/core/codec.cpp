@@ -1,0 +1,51 @@
+#include "core/document.hpp"
+#include "core/json_writer.hpp"
+#include "core/node.hpp"
+
+#include <morv/qc/json/codec.hpp>
+
+#include <yaml-cpp/exceptions.h>
+
+#include <sstream>
+#include <string>
+
+namespace morv::qc::json {
+namespace {
+
+std::string print_document(JsonValue root, SerializeOptions const& options) {
+    if (!options.include_diagnostics) {
+        root["diagnostics"] = make_json_array();
+    }
+    std::ostringstream out;
+    write_json(out, root, options);
+    if (options.pretty) {
+        out << '\n';
+    }
+    return out.str();
+}
+
+}  // namespace
+
+std::string serialize(Document const& document, SerializeOptions const& options) {
+    return print_document(write_document(document, model::ParseStatus::complete, {}), options);
+}
+
+std::string serialize(model::ParseResult<Document> const& result, SerializeOptions const& options) {
+    return print_document(write_document(result.value, result.status, result.diagnostics), options);
+}
+
+model::ParseResult<Document> deserialize(std::string_view text) {
+    std::string const copy(text);
+    try {
+        return read_document(load_text(copy));
+    } catch (YAML::Exception const& e) {
+        // Whatever the decode had built is dropped with the exception.
+        model::ParseResult<Document> failed;
+        failed.diagnostics.push_back(model::Diagnostic{model::Severity::error, "qc.json.parse_failed",
+                                                       std::string("Failed to parse QC JSON: ") + e.what(),
+                                                       std::nullopt});
+        return failed;
+    }
+}
+
+}  // namespace morv::qc::json

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "core/diagnostics.hpp"
+#include "core/json_value.hpp"
+#include "core/node.hpp"
+
+#include <morv/model/diagnostic.hpp>
+#include <morv/model/parse_result.hpp>
+#include <morv/qc/document.hpp>
+
+#include <vector>
+
+namespace morv::qc::json {
+
+// The whole document as one JSON object.
+JsonValue write_document(Document const& document, model::ParseStatus status,
+                         std::vector<model::Diagnostic> const& diagnostics);
+
+// Walks the root of a loaded text. Exceptions of the YAML::Exception family
+// leave it; the caller turns them into the "qc.json.parse_failed" result.
+DocumentResult read_document(Node const& root);
+
+}  // namespace morv::qc::json

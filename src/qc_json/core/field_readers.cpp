@@ -1,0 +1,97 @@
+#include "core/field_readers.hpp"
+
+#include <limits>
+
+namespace morv::qc::json {
+namespace {
+
+// `T` is the type that yaml-cpp converts to; the callers narrow it to the
+// field's own type.
+template <typename T>
+std::optional<T> read_field(DocumentResult& result, Node const& parent, char const* key, bool required) {
+    // The lookup may throw; that is meant to end the decode.
+    Node const child = parent[key];
+    if (!child.defined() || child.is_null()) {
+        if (required) {
+            add_diagnostic(result, "qc.json.missing_field", std::string("Missing required field: ") + key);
+        }
+        return std::nullopt;
+    }
+    std::optional<T> value = child.try_as<T>();
+    if (!value) {
+        add_diagnostic(result, "qc.json.invalid_field", std::string("Invalid value for field: ") + key);
+    }
+    return value;
+}
+
+}  // namespace
+
+std::optional<std::uint64_t> read_uint64_field(DocumentResult& result, Node const& parent, char const* key,
+                                               bool required) {
+    return read_field<unsigned long long>(result, parent, key, required);
+}
+
+std::optional<std::uint32_t> read_uint32_field(DocumentResult& result, Node const& parent, char const* key,
+                                               bool required) {
+    return read_field<unsigned int>(result, parent, key, required);
+}
+
+std::optional<std::uint16_t> read_uint16_field(DocumentResult& result, Node const& parent, char const* key) {
+    return read_field<unsigned short>(result, parent, key, false);
+}
+
+std::optional<int> read_int_field(DocumentResult& result, Node const& parent, char const* key, bool required) {
+    return read_field<int>(result, parent, key, required);
+}
+
+std::optional<double> read_double_field(DocumentResult& result, Node const& parent, char const* key,
+                                        bool required) {
+    return read_field<double>(result, parent, key, required);
+}
+
+std::optional<std::string> read_string_field(DocumentResult& result, Node const& parent, char const* key,
+                                             bool required) {
+    return read_field<std::string>(result, parent, key, required);
+}
+
+std::optional<bool> read_bool_field(DocumentResult& result, Node const& parent, char const* key) {
+    return read_field<bool>(result, parent, key, false);
+}
+
+std::optional<std::uint32_t> read_id_field(DocumentResult& result, Node const& parent, char const* key,
+                                           bool required) {
+    auto const value = read_uint64_field(result, parent, key, required);
+    if (!value) {
+        return std::nullopt;
+    }
+    if (*value > std::numeric_limits<std::uint32_t>::max()) {
+        add_diagnostic(result, "qc.json.id_out_of_range", std::string("Entity ID exceeds uint32 range: ") + key);
+        return std::nullopt;
+    }
+    return static_cast<std::uint32_t>(*value);
+}
+
+std::optional<chem::Vec3> read_vec3(DocumentResult& result, Node const& node) {
+    if (!node.is_map()) {
+        add_diagnostic(result, "qc.json.invalid_vec3", "Expected a Cartesian vector object.");
+        return std::nullopt;
+    }
+    // All three are read so that each bad component is reported.
+    auto const x = read_double_field(result, node, "x", true);
+    auto const y = read_double_field(result, node, "y", true);
+    auto const z = read_double_field(result, node, "z", true);
+    if (!x || !y || !z) {
+        return std::nullopt;
+    }
+    return chem::Vec3{*x, *y, *z};
+}
+
+JsonValue write_vec3(chem::Vec3 const& vec3) {
+    JsonValue object = make_json_object();
+    object["x"] = vec3.x;
+    object["y"] = vec3.y;
+    object["z"] = vec3.z;
+    return object;
+}
+
+}  // namespace morv::qc::json

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "core/diagnostics.hpp"
+#include "core/json_value.hpp"
+#include "core/node.hpp"
+
+#include <morv/model/diagnostic.hpp>
+
+#include <optional>
+#include <vector>
+
+namespace morv::qc::json {
+
+// `node` is the position or span object itself.
+std::optional<model::SourcePosition> read_source_position(DocumentResult& result, Node const& node);
+std::optional<model::SourceSpan> read_source_span(DocumentResult& result, Node const& node);
+
+// The `source` key of a record. Read whenever the key is defined, so a JSON
+// null there is reported as a bad span.
+std::optional<model::SourceSpan> read_source_key(DocumentResult& result, Node const& record);
+
+// Appends the diagnostics stored under the root key `diagnostics`.
+void read_diagnostics(DocumentResult& result, Node const& node);
+
+JsonValue write_source_position(model::SourcePosition const& position);
+JsonValue write_source_span(model::SourceSpan const& span);
+// Sets `source` in `record` when the span is there.
+void write_source_key(JsonValue& record, std::optional<model::SourceSpan> const& span);
+JsonValue write_diagnostics(std::vector<model::Diagnostic> const& diagnostics);
+
+}  // namespace morv::qc::json

@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# The dynamic symbol tables of the two libraries hold exactly their public
+# functions and nothing else.
+set -euo pipefail
+codec=$1
+model=$2
+
+exported() {
+  nm -D --defined-only "$1" | awk '{ print $3 }' | c++filt | sort
+}
+
+expected_codec=$(sort <<'LIST'
+morv::qc::json::deserialize(std::basic_string_view<char, std::char_traits<char> >)
+morv::qc::json::serialize[abi:cxx11](morv::model::ParseResult<morv::qc::Document> const&, morv::qc::json::SerializeOptions const&)
+morv::qc::json::serialize[abi:cxx11](morv::qc::Document const&, morv::qc::json::SerializeOptions const&)
+LIST
+)
+
+expected_model=$(sort <<'LIST'
+morv::qc::to_string(morv::model::ParseStatus)
+morv::qc::to_string(morv::qc::ResultProfile)
+morv::qc::to_string(morv::qc::ProgramKind)
+morv::qc::to_string(morv::qc::TerminationKind)
+morv::qc::to_string(morv::qc::JobRelation)
+morv::qc::to_string(morv::qc::TaskKind)
+morv::qc::to_string(morv::qc::EnergyKind)
+morv::qc::to_string(morv::qc::ConvergenceStatus)
+morv::qc::to_string(morv::qc::CriterionKind)
+morv::qc::to_string(morv::qc::SpinChannel)
+morv::qc::validate_document(morv::qc::Document const&)
+LIST
+)
+
+status=0
+if ! diff <(echo "$expected_codec") <(exported "$codec"); then
+  echo "unexpected exports of $codec" >&2
+  status=1
+fi
+if ! diff <(echo "$expected_model") <(exported "$model"); then
+  echo "unexpected exports of $model" >&2
+  status=1
+fi
+exit $status
