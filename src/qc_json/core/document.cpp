@@ -1,9 +1,16 @@
 #include "core/document.hpp"
 
 #include "core/field_readers.hpp"
+#include "core/sequences.hpp"
 #include "core/source_spans.hpp"
 #include "sections/extensions.hpp"
+#include "sections/frames.hpp"
+#include "sections/jobs.hpp"
+#include "sections/metadata.hpp"
 #include "sections/program.hpp"
+#include "sections/sources.hpp"
+#include "sections/steps.hpp"
+#include "sections/systems.hpp"
 
 #include <morv/qc/model.hpp>
 
@@ -85,13 +92,13 @@ JsonValue write_document(Document const& document, model::ParseStatus status,
     root["parse_status"] = to_string(status);
     root["normalization"] = write_normalization(document.normalization);
     root["program"] = write_program(document.program);
-    root["sources"] = make_json_array();
-    root["systems"] = make_json_array();
-    root["frames"] = make_json_array();
-    root["jobs"] = make_json_array();
-    root["steps"] = make_json_array();
+    root["sources"] = write_elements(document.sources, write_source_file);
+    root["systems"] = write_elements(document.systems, write_system);
+    root["frames"] = write_elements(document.frames, write_frame);
+    root["jobs"] = write_elements(document.jobs, write_job);
+    root["steps"] = write_elements(document.steps, write_step);
     root["analyses"] = make_json_array();
-    root["metadata"] = make_json_object();
+    root["metadata"] = write_metadata(document.metadata);
     root["diagnostics"] = write_diagnostics(diagnostics);
     return root;
 }
@@ -114,6 +121,15 @@ DocumentResult read_document(Node const& root) {
         read_program(result, program);
     } else {
         add_diagnostic(result, "qc.json.missing_program", "QC document does not contain a program object.");
+    }
+    Document& document = result.value;
+    read_elements(result, root["sources"], document.sources, read_source_file);
+    read_elements(result, root["systems"], document.systems, read_system);
+    read_elements(result, root["frames"], document.frames, read_frame);
+    read_elements(result, root["jobs"], document.jobs, read_job);
+    read_elements(result, root["steps"], document.steps, read_step);
+    if (Node const metadata = root["metadata"]; metadata.is_map()) {
+        read_metadata(result, metadata);
     }
     read_extensions(result, root);
     read_diagnostics(result, root["diagnostics"]);

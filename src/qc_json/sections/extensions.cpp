@@ -1,5 +1,7 @@
 #include "sections/extensions.hpp"
 
+#include "sections/scalar_text.hpp"
+
 #include <cmath>
 #include <limits>
 #include <map>
@@ -11,44 +13,6 @@ namespace morv::qc::json {
 namespace {
 
 using model::ExtensionValue;
-
-// The std::sto* conversions count only when they take the whole text; a
-// failure of theirs just moves on to the next form.
-std::optional<long long> whole_signed(std::string const& text) {
-    try {
-        std::size_t used = 0;
-        long long const value = std::stoll(text, &used, 10);
-        if (used == text.size()) {
-            return value;
-        }
-    } catch (std::exception const&) {
-    }
-    return std::nullopt;
-}
-
-std::optional<unsigned long long> whole_unsigned(std::string const& text) {
-    try {
-        std::size_t used = 0;
-        unsigned long long const value = std::stoull(text, &used, 10);
-        if (used == text.size()) {
-            return value;
-        }
-    } catch (std::exception const&) {
-    }
-    return std::nullopt;
-}
-
-std::optional<double> whole_double(std::string const& text) {
-    try {
-        std::size_t used = 0;
-        double const value = std::stod(text, &used);
-        if (used == text.size()) {
-            return value;
-        }
-    } catch (std::exception const&) {
-    }
-    return std::nullopt;
-}
 
 ExtensionValue read_extension_scalar(Node const& node) {
     std::string const& text = node.scalar();

@@ -1,6 +1,7 @@
 #include "sections/program.hpp"
 
 #include "core/field_readers.hpp"
+#include "core/optional_keys.hpp"
 #include "core/source_spans.hpp"
 
 #include <morv/qc/model.hpp>
@@ -58,12 +59,6 @@ TerminationKind termination_kind_from_text(std::string const& text) {
 // A switch that is absent or refused stays requested.
 bool read_switch(DocumentResult& result, Node const& node, char const* key) {
     return read_bool_field(result, node, key).value_or(true);
-}
-
-void set_unless_empty(JsonValue& object, char const* key, std::string const& text) {
-    if (!text.empty()) {
-        object[key] = text;
-    }
 }
 
 }  // namespace

@@ -1,0 +1,94 @@
+#include "sections/energy.hpp"
+
+#include "core/field_readers.hpp"
+#include "core/optional_keys.hpp"
+#include "core/source_spans.hpp"
+
+#include <morv/qc/model.hpp>
+
+#include <array>
+#include <string>
+#include <utility>
+
+namespace morv::qc::json {
+namespace {
+
+// Conversion factors of the format, taken as written.
+constexpr double electron_volt_per_hartree = 27.211386245988;
+constexpr double wavenumber_per_hartree = 219474.6313632;
+constexpr double nanometre_electron_volt = 1239.8419843320025;
+
+EnergyKind energy_kind_from_text(std::string const& text) {
+    static constexpr std::array<std::pair<char const*, EnergyKind>, 8> kinds = {{
+        {"electronic", EnergyKind::electronic},
+        {"scf", EnergyKind::scf},
+        {"correlated", EnergyKind::correlated},
+        {"excited_state_total", EnergyKind::excited_state_total},
+        {"gibbs_free", EnergyKind::gibbs_free},
+        {"enthalpy", EnergyKind::enthalpy},
+        {"zero_point", EnergyKind::zero_point},
+        {"thermal_correction", EnergyKind::thermal_correction},
+    }};
+    for (auto const& [wire, kind] : kinds) {
+        if (text == wire) {
+            return kind;
+        }
+    }
+    return EnergyKind::unknown;
+}
+
+}  // namespace
+
+JsonValue write_energy_value(double hartree) {
+    double const electron_volt = hartree * electron_volt_per_hartree;
+    JsonValue object = make_json_object();
+    object["hartree"] = hartree;
+    object["electron_volt"] = electron_volt;
+    object["wavenumber_cm1"] = hartree * wavenumber_per_hartree;
+    // Only a positive energy has a wavelength; NaN passes the test and gets one.
+    if (!(electron_volt <= 0.0)) {
+        object["wavelength_nm"] = nanometre_electron_volt / electron_volt;
+    }
+    return object;
+}
+
+std::optional<double> read_energy_value(DocumentResult& result, Node const& node) {
+    if (!node.is_map()) {
+        add_diagnostic(result, "qc.json.invalid_energy", "Expected an energy object.");
+        return std::nullopt;
+    }
+    return read_double_field(result, node, "hartree", true);
+}
+
+JsonValue write_energy_record(EnergyRecord const& record) {
+    JsonValue object = make_json_object();
+    object["id"] = record.id.value;
+    object["kind"] = to_string(record.kind);
+    set_unless_empty(object, "label", record.label);
+    set_unless_empty(object, "method", record.method);
+    object["value"] = write_energy_value(record.value);
+    write_source_key(object, record.source);
+    return object;
+}
+
+std::optional<EnergyRecord> read_energy_record(DocumentResult& result, Node const& node) {
+    if (!node.is_map()) {
+        add_diagnostic(result, "qc.json.invalid_energy_record", "Expected an energy-record object.");
+        return std::nullopt;
+    }
+    auto const id = read_entity_id_field<EnergyIdTag>(result, node, "id", true);
+    auto const value = read_energy_value(result, node["value"]);
+    if (!id || !value) {
+        return std::nullopt;
+    }
+    EnergyRecord record;
+    record.id = *id;
+    record.value = *value;
+    record.kind = energy_kind_from_text(read_string_field(result, node, "kind", false).value_or("unknown"));
+    record.label = read_string_field(result, node, "label", false).value_or("");
+    record.method = read_string_field(result, node, "method", false).value_or("");
+    record.source = read_source_key(result, node);
+    return record;
+}
+
+}  // namespace morv::qc::json

@@ -1,0 +1,138 @@
+#include "sections/jobs.hpp"
+
+#include "core/field_readers.hpp"
+#include "core/optional_keys.hpp"
+#include "core/sequences.hpp"
+#include "core/source_spans.hpp"
+#include "sections/program.hpp"
+
+#include <morv/qc/model.hpp>
+
+#include <array>
+#include <limits>
+#include <utility>
+
+namespace morv::qc::json {
+namespace {
+
+JobRelation relation_from_text(std::string const& text) {
+    if (text == "link") {
+        return JobRelation::link;
+    }
+    if (text == "restart") {
+        return JobRelation::restart;
+    }
+    if (text == "branch") {
+        return JobRelation::branch;
+    }
+    if (text == "image") {
+        return JobRelation::image;
+    }
+    return JobRelation::none;
+}
+
+void read_tasks(DocumentResult& result, Node const& list, std::vector<TaskKind>& tasks) {
+    if (!list.is_sequence()) {
+        return;
+    }
+    for (Node const element : list.elements()) {
+        // No handler here on purpose: a task that is not a scalar ends the
+        // decode, and a null reads as the text "null".
+        std::string const text = element.as<std::string>();
+        if (auto const task = task_kind_from_string(text)) {
+            tasks.push_back(*task);
+        } else {
+            add_warning(result, "qc.json.unknown_task", "Ignoring unknown task kind: " + text);
+        }
+    }
+}
+
+// Step ids are 64-bit conversions; a value that a step id cannot hold is as
+// unusable as one that does not convert.
+void read_step_ids(DocumentResult& result, Node const& list, std::vector<StepId>& step_ids) {
+    if (!list.is_sequence()) {
+        return;
+    }
+    for (Node const element : list.elements()) {
+        auto const value = element.try_as<unsigned long long>();
+        if (value && *value <= std::numeric_limits<std::uint32_t>::max()) {
+            step_ids.emplace_back(static_cast<std::uint32_t>(*value));
+        } else {
+            add_diagnostic(result, "qc.json.invalid_step_id", "Calculation job contains an invalid step ID.");
+        }
+    }
+}
+
+JsonValue write_task(TaskKind task) { return to_string(task); }
+
+JsonValue write_step_id(StepId id) { return id.value; }
+
+}  // namespace
+
+std::optional<TaskKind> task_kind_from_string(std::string const& text) {
+    // The reader keeps its own copy of the wire strings.
+    static constexpr std::array<std::pair<char const*, TaskKind>, 7> tasks = {{
+        {"single_point", TaskKind::single_point},
+        {"optimization", TaskKind::optimization},
+        {"frequency", TaskKind::frequency},
+        {"excited_state", TaskKind::excited_state},
+        {"irc", TaskKind::irc},
+        {"scan", TaskKind::scan},
+        {"neb", TaskKind::neb},
+    }};
+    for (auto const& [wire, task] : tasks) {
+        if (text == wire) {
+            return task;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<CalculationJob> read_job(DocumentResult& result, Node const& node) {
+    auto const id = read_entity_id_field<JobIdTag>(result, node, "id", true);
+    auto const system_id = read_required_entity_id_field<chem::SystemIdTag>(result, node, "system_id");
+    if (!id || !system_id) {
+        return std::nullopt;
+    }
+    CalculationJob job;
+    job.id = *id;
+    job.system_id = *system_id;
+    job.ordinal = read_uint32_field(result, node, "ordinal", false).value_or(id->value);
+    job.parent_job_id = read_entity_id_field<JobIdTag>(result, node, "parent_job_id", false);
+    job.relation = relation_from_text(read_string_field(result, node, "relation", false).value_or("none"));
+    read_tasks(result, node["tasks"], job.tasks);
+    if (auto const primary = read_string_field(result, node, "primary_task", false)) {
+        job.primary_task = task_kind_from_string(*primary);
+    }
+    job.method = read_string_field(result, node, "method", false).value_or("");
+    job.basis_set = read_string_field(result, node, "basis_set", false).value_or("");
+    job.keywords = read_string_field(result, node, "keywords", false).value_or("");
+    read_step_ids(result, node["step_ids"], job.step_ids);
+    if (auto termination = read_termination(result, node["termination"])) {
+        job.termination = std::move(*termination);
+    }
+    job.source = read_source_key(result, node);
+    return job;
+}
+
+JsonValue write_job(CalculationJob const& job) {
+    JsonValue object = make_json_object();
+    object["id"] = job.id.value;
+    object["system_id"] = job.system_id.value;
+    object["ordinal"] = job.ordinal;
+    set_if_present(object, "parent_job_id", job.parent_job_id);
+    object["relation"] = to_string(job.relation);
+    object["tasks"] = write_elements(job.tasks, write_task);
+    if (job.primary_task) {
+        object["primary_task"] = to_string(*job.primary_task);
+    }
+    set_unless_empty(object, "method", job.method);
+    set_unless_empty(object, "basis_set", job.basis_set);
+    set_unless_empty(object, "keywords", job.keywords);
+    object["step_ids"] = write_elements(job.step_ids, write_step_id);
+    object["termination"] = write_termination(job.termination);
+    write_source_key(object, job.source);
+    return object;
+}
+
+}  // namespace morv::qc::json
