@@ -1,1 +1,50 @@
-exit 0
+#!/usr/bin/env bash
+# Installs the build into a scratch prefix and builds a small consumer against
+# it twice: through the CMake package (C++17) and through pkg-config with a
+# plain compiler (C++20), running each program. This catches headers, targets
+# or link flags that work inside the build tree but not once installed.
+#
+#   installed_package.sh BUILD_DIR CONSUMER_SRC_DIR
+set -euo pipefail
+build_dir=$1
+consumer_dir=$2
+
+tmp=$(mktemp -d)
+trap 'rm -rf "$tmp"' EXIT
+prefix=$tmp/prefix
+
+# Runs a command silently, showing its output only when it fails.
+quiet() {
+  if ! "$@" >"$tmp/log" 2>&1; then
+    cat "$tmp/log" >&2
+    echo "failed: $*" >&2
+    return 1
+  fi
+}
+
+echo "-- installing into $prefix"
+quiet cmake --install "$build_dir" --prefix "$prefix"
+
+echo "-- building the consumer with find_package"
+quiet cmake -S "$consumer_dir" -B "$tmp/consumer" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_BUILD_TYPE=Release
+quiet cmake --build "$tmp/consumer"
+"$tmp/consumer/consumer"
+
+echo "-- building the consumer with pkg-config"
+# The library directory is lib, lib64 or a multiarch one depending on the
+# platform, so it is taken from wherever the .pc file was installed.
+pc_file=$(find "$prefix" -name morv_qc_json.pc -print -quit)
+if [[ -z $pc_file ]]; then
+  echo "morv_qc_json.pc was not installed" >&2
+  exit 1
+fi
+pc_dir=$(dirname "$pc_file")
+lib_dir=$(dirname "$pc_dir")
+flags=$(PKG_CONFIG_PATH=$pc_dir pkg-config --cflags --libs morv_qc_json)
+# $flags is split into words on purpose.
+# shellcheck disable=SC2086
+quiet g++ -std=c++20 -Wall -Wextra -Wpedantic -Werror "$consumer_dir/main.cpp" -o "$tmp/consumer_pc" \
+  $flags -Wl,-rpath,"$lib_dir"
+"$tmp/consumer_pc"
+
+echo "-- both consumers ran"
