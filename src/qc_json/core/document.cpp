@@ -1,5 +1,6 @@
 #include "core/document.hpp"
 
+#include "analyses/analysis_block.hpp"
 #include "core/field_readers.hpp"
 #include "core/sequences.hpp"
 #include "core/source_spans.hpp"
@@ -97,7 +98,7 @@ JsonValue write_document(Document const& document, model::ParseStatus status,
     root["frames"] = write_elements(document.frames, write_frame);
     root["jobs"] = write_elements(document.jobs, write_job);
     root["steps"] = write_elements(document.steps, write_step);
-    root["analyses"] = make_json_array();
+    root["analyses"] = write_elements(document.analyses, write_analysis_block);
     root["metadata"] = write_metadata(document.metadata);
     root["diagnostics"] = write_diagnostics(diagnostics);
     return root;
@@ -128,6 +129,7 @@ DocumentResult read_document(Node const& root) {
     read_elements(result, root["frames"], document.frames, read_frame);
     read_elements(result, root["jobs"], document.jobs, read_job);
     read_elements(result, root["steps"], document.steps, read_step);
+    read_elements(result, root["analyses"], document.analyses, read_analysis_block);
     if (Node const metadata = root["metadata"]; metadata.is_map()) {
         read_metadata(result, metadata);
     }

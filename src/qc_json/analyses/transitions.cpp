@@ -1,0 +1,103 @@
+#include "analyses/transitions.hpp"
+
+#include "analyses/number_fields.hpp"
+#include "core/field_readers.hpp"
+#include "core/optional_keys.hpp"
+#include "core/source_spans.hpp"
+#include "sections/energy.hpp"
+
+#include <array>
+#include <string>
+
+namespace morv::qc::json {
+namespace {
+
+constexpr std::array<NumberField<AbsorptionPeak>, 3> reported_peak_numbers = {{
+    {"reported_wavenumber_cm1", &AbsorptionPeak::reported_wavenumber_cm1},
+    {"reported_wavelength_nm", &AbsorptionPeak::reported_wavelength_nm},
+    {"oscillator_strength", &AbsorptionPeak::oscillator_strength},
+}};
+
+// A spin label keeps its first byte only: "alpha" becomes 'a' for good.
+std::optional<char> read_spin_byte(DocumentResult& result, Node const& node, char const* key) {
+    auto const text = read_string_field(result, node, key, false);
+    if (!text || text->empty()) {
+        return std::nullopt;
+    }
+    return text->front();
+}
+
+void write_spin_byte(JsonValue& object, char const* key, std::optional<char> spin) {
+    if (spin) {
+        object[key] = std::string(1, *spin);
+    }
+}
+
+}  // namespace
+
+ExcitationContribution read_excitation_contribution(DocumentResult& result, Node const& node) {
+    ExcitationContribution contribution;
+    contribution.label = read_string_field(result, node, "label", false).value_or("");
+    contribution.from_orbital = read_int_field(result, node, "from_orbital", false);
+    contribution.to_orbital = read_int_field(result, node, "to_orbital", false);
+    contribution.from_type = read_string_field(result, node, "from_type", false).value_or("");
+    contribution.to_type = read_string_field(result, node, "to_type", false).value_or("");
+    contribution.from_spin = read_spin_byte(result, node, "from_spin");
+    contribution.to_spin = read_spin_byte(result, node, "to_spin");
+    contribution.coefficient = read_double_field(result, node, "coefficient", false);
+    contribution.weight = read_double_field(result, node, "weight", false);
+    contribution.reverse = read_bool_field(result, node, "reverse").value_or(false);
+    return contribution;
+}
+
+AbsorptionPeak read_absorption_peak(DocumentResult& result, Node const& node) {
+    AbsorptionPeak peak;
+    peak.spectrum_kind = read_string_field(result, node, "spectrum_kind", false).value_or("");
+    peak.transition = read_string_field(result, node, "transition", false).value_or("");
+    peak.target_state_index = read_int_field(result, node, "target_state_index", false);
+    // The one expected member: read whether or not the key is there.
+    peak.excitation_energy = read_energy_value(result, node["excitation_energy"]).value_or(0.0);
+    read_number_fields(result, node, peak, reported_peak_numbers);
+    peak.strength_label = read_string_field(result, node, "strength_label", false).value_or("");
+    peak.strength = read_double_field(result, node, "strength", false);
+    if (Node const moment = node["transition_moment_au"]; moment.defined()) {
+        peak.transition_moment_au = read_vec3(result, moment);
+    }
+    peak.rotatory_strength = read_double_field(result, node, "rotatory_strength", false);
+    peak.source = read_source_key(result, node);
+    return peak;
+}
+
+JsonValue write_excitation_contribution(ExcitationContribution const& contribution) {
+    JsonValue object = make_json_object();
+    set_unless_empty(object, "label", contribution.label);
+    set_if_present(object, "from_orbital", contribution.from_orbital);
+    set_if_present(object, "to_orbital", contribution.to_orbital);
+    set_unless_empty(object, "from_type", contribution.from_type);
+    set_unless_empty(object, "to_type", contribution.to_type);
+    write_spin_byte(object, "from_spin", contribution.from_spin);
+    write_spin_byte(object, "to_spin", contribution.to_spin);
+    set_if_present(object, "coefficient", contribution.coefficient);
+    set_if_present(object, "weight", contribution.weight);
+    object["reverse"] = contribution.reverse;
+    return object;
+}
+
+JsonValue write_absorption_peak(AbsorptionPeak const& peak) {
+    JsonValue object = make_json_object();
+    set_unless_empty(object, "spectrum_kind", peak.spectrum_kind);
+    set_unless_empty(object, "transition", peak.transition);
+    set_if_present(object, "target_state_index", peak.target_state_index);
+    object["excitation_energy"] = write_energy_value(peak.excitation_energy);
+    write_number_fields(object, peak, reported_peak_numbers);
+    set_unless_empty(object, "strength_label", peak.strength_label);
+    set_if_present(object, "strength", peak.strength);
+    if (peak.transition_moment_au) {
+        object["transition_moment_au"] = write_vec3(*peak.transition_moment_au);
+    }
+    set_if_present(object, "rotatory_strength", peak.rotatory_strength);
+    write_source_key(object, peak.source);
+    return object;
+}
+
+}  // namespace morv::qc::json
