@@ -34,6 +34,11 @@ IdSet ids_of(Records const& records) {
 
 std::string numbered(char const* kind, std::uint32_t id) { return std::string(kind) + " " + std::to_string(id); }
 
+// "1 atom", "3 atoms".
+std::string counted(std::size_t count, char const* noun) {
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
 // "System 3", from a kind written in lower case.
 std::string capitalized(std::string text) {
     if (!text.empty() && text.front() >= 'a' && text.front() <= 'z') {
@@ -138,9 +143,9 @@ private:
             check_reference(record, system_ids_, "unknown_system", "system", frame.system_id.value);
             auto const atoms = atom_counts_.find(frame.system_id.value);
             if (atoms != atom_counts_.end() && atoms->second != frame.positions_angstrom.size()) {
-                report("atom_count_mismatch", record + " holds " + std::to_string(frame.positions_angstrom.size()) +
-                                                  " positions, but " + numbered("system", frame.system_id.value) +
-                                                  " has " + std::to_string(atoms->second) + " atoms.");
+                report("atom_count_mismatch", record + " holds " + counted(frame.positions_angstrom.size(), "position") +
+                                                  ", but " + numbered("system", frame.system_id.value) + " has " +
+                                                  counted(atoms->second, "atom") + ".");
             }
             check_span(record, frame.source);
         }

@@ -166,7 +166,7 @@ TEST(ValidateDocument, ReportsEachBrokenReference) {
          [](Document& d) { excited_of(d).total_energies.push_back(energy(1, -75.7)); },
          {"warning qc.model.duplicate_id: Energy 1 appears more than once in analysis 1."}},
         {"frame with too few positions", [](Document& d) { d.frames[0].positions_angstrom.pop_back(); },
-         {"warning qc.model.atom_count_mismatch: Frame 1 holds 1 positions, but system 1 has 2 atoms."}},
+         {"warning qc.model.atom_count_mismatch: Frame 1 holds 1 position, but system 1 has 2 atoms."}},
         {"frame with too many positions", [](Document& d) { d.frames[0].positions_angstrom.resize(3); },
          {"warning qc.model.atom_count_mismatch: Frame 1 holds 3 positions, but system 1 has 2 atoms."}},
     };
