@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -171,6 +173,23 @@ TEST(Serialize, DocumentReadsBackToTheSameRecordAndText) {
     EXPECT_EQ(second.value, first.value);
     EXPECT_EQ(second.diagnostics, first.diagnostics);
     EXPECT_EQ(serialize(second), written);
+}
+
+TEST(Examples, ShippedDocumentsReadCompleteAndWriteBackUnchanged) {
+    for (char const* name : {"orca_water_opt_freq.json"}) {
+        SCOPED_TRACE(name);
+        std::ifstream file(std::string(MORV_EXAMPLES_DIR) + "/" + name);
+        std::stringstream text;
+        text << file.rdbuf();
+        auto const result = deserialize(text.str());
+        EXPECT_EQ(result.status, ParseStatus::complete);
+        for (auto const& diagnostic : result.diagnostics) {
+            EXPECT_EQ(diagnostic.severity, Severity::note) << morv::testing::describe(diagnostic);
+        }
+        EXPECT_FALSE(result.value.steps.empty());
+        std::string const written = serialize(result.value);
+        EXPECT_EQ(serialize(deserialize(written).value), written);
+    }
 }
 
 }  // namespace
