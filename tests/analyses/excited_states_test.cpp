@@ -8,7 +8,7 @@ TEST(ExcitedStates, StatesAreNeverDroppedAndOnlyTheHartreeOfAnEnergyIsRead) {
         {R"("block_index": "1.5", "method": "", "section": [], "comment": "c", "states": [null, {}],
              "total_energies": [5, {"id": 1, "value": {"hartree": 0}}], "preferred_total_energy_id": 4294967296,
              "absorption_peaks": [])",
-         {invalid("block_index"), invalid("section"), "error qc.json.invalid_energy_record: Expected an energy-record object.",
+         {invalid("block_index"), invalid("section"), bad_energy_record,
           out_of_range("preferred_total_energy_id")},
          R"({"comment":"c","states":[{},{}],"total_energies":[{"id":1,"kind":"unknown","value":)" + zero_energy + "}]}"},
         // A state's method is its own; derived units are worked out again.

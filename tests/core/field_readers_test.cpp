@@ -1,20 +1,12 @@
 #include "core/field_readers.hpp"
-#include "support/diagnostics.hpp"
+#include "support/json_text.hpp"
 
-#include <gtest/gtest.h>
-#include <yaml-cpp/exceptions.h>
-
-#include <cmath>
 #include <functional>
-#include <sstream>
-#include <string>
-#include <vector>
 
 namespace morv::qc::json {
 namespace {
 
-using morv::testing::describe;
-using Lines = std::vector<std::string>;
+using namespace morv::testing;
 
 template <typename T>
 std::optional<std::string> text_of(std::optional<T> const& value) {
@@ -26,41 +18,26 @@ std::optional<std::string> text_of(std::optional<T> const& value) {
     out << std::boolalpha << *value;
     return out.str();
 }
+std::optional<std::string> text_of(std::optional<JobId> const& id) {
+    return id ? std::optional(std::to_string(id->value)) : std::nullopt;
+}
 
+// Reads the key "a", with the flag if the reader takes one, and gives the
+// value as text.
 using Reader = std::function<std::optional<std::string>(DocumentResult&, Node const&)>;
-
-Reader uint64(bool required) {
-    return [=](DocumentResult& r, Node const& n) { return text_of(read_uint64_field(r, n, "a", required)); };
+template <auto read, typename... Required>
+Reader reader(Required... required) {
+    return [=](DocumentResult& r, Node const& n) { return text_of(read(r, n, "a", required...)); };
 }
-Reader uint32(bool required) {
-    return [=](DocumentResult& r, Node const& n) { return text_of(read_uint32_field(r, n, "a", required)); };
-}
-Reader uint16() {
-    return [](DocumentResult& r, Node const& n) { return text_of(read_uint16_field(r, n, "a")); };
-}
-Reader integer(bool required) {
-    return [=](DocumentResult& r, Node const& n) { return text_of(read_int_field(r, n, "a", required)); };
-}
-Reader real(bool required) {
-    return [=](DocumentResult& r, Node const& n) { return text_of(read_double_field(r, n, "a", required)); };
-}
-Reader text(bool required) {
-    return [=](DocumentResult& r, Node const& n) { return read_string_field(r, n, "a", required); };
-}
-Reader boolean() {
-    return [](DocumentResult& r, Node const& n) { return text_of(read_bool_field(r, n, "a")); };
-}
-Reader entity_id(bool required) {
-    return [=](DocumentResult& r, Node const& n) {
-        auto const id = read_entity_id_field<JobIdTag>(r, n, "a", required);
-        return id ? std::optional<std::string>(std::to_string(id->value)) : std::nullopt;
-    };
-}
+Reader const uint64 = reader<read_uint64_field>(true), optional_uint64 = reader<read_uint64_field>(false),
+             uint32 = reader<read_uint32_field>(true), uint16 = reader<read_uint16_field>(),
+             integer = reader<read_int_field>(true), optional_integer = reader<read_int_field>(false),
+             real = reader<read_double_field>(true), text = reader<read_string_field>(true),
+             optional_text = reader<read_string_field>(false), boolean = reader<read_bool_field>(),
+             entity_id = reader<read_entity_id_field<JobIdTag>>(true),
+             optional_entity_id = reader<read_entity_id_field<JobIdTag>>(false);
 
 TEST(FieldReaders, ConvertWithTheToleranceOfTheParser) {
-    std::string const missing = "error qc.json.missing_field: Missing required field: a";
-    std::string const invalid = "error qc.json.invalid_field: Invalid value for field: a";
-    std::string const out_of_range = "error qc.json.id_out_of_range: Entity ID exceeds uint32 range: a";
     struct Case {
         char const* json;
         Reader reader;
@@ -70,54 +47,52 @@ TEST(FieldReaders, ConvertWithTheToleranceOfTheParser) {
     Case const cases[] = {
         // Absence: a missing key and a null are alike, and only a required
         // field reports them.
-        {R"({"a": null})", uint64(true), std::nullopt, {missing}},
-        {R"({"a": null})", uint64(false), std::nullopt, {}},
-        {R"({})", real(true), std::nullopt, {missing}},
-        {R"([1, 2])", text(true), std::nullopt, {missing}},
-        {R"(null)", integer(true), std::nullopt, {missing}},
+        {R"({"a": null})", uint64, std::nullopt, {missing("a")}},
+        {R"({"a": null})", optional_uint64, std::nullopt, {}},
+        {R"({})", real, std::nullopt, {missing("a")}},
+        {R"([1, 2])", text, std::nullopt, {missing("a")}},
+        {R"(null)", integer, std::nullopt, {missing("a")}},
         // Integers: the prefix picks the base; the sign, width and trailing
         // text decide validity.
-        {R"({"a": "0x10"})", integer(true), "16", {}},
-        {R"({"a": "010"})", integer(true), "8", {}},
-        {R"({"a": 010})", integer(true), "8", {}},
-        {R"({"a": 09})", integer(true), std::nullopt, {invalid}},
-        {R"({"a": "12 "})", integer(true), "12", {}},
-        {R"({"a": " 12"})", integer(true), std::nullopt, {invalid}},
-        {R"({"a": "12abc"})", integer(false), std::nullopt, {invalid}},
-        {R"({"a": 1.5})", integer(false), std::nullopt, {invalid}},
-        {R"({"a": -1})", integer(true), "-1", {}},
-        {R"({"a": -1})", uint32(true), std::nullopt, {invalid}},
-        {R"({"a": "-0"})", uint64(true), std::nullopt, {invalid}},
-        {R"({"a": 70000})", uint16(), std::nullopt, {invalid}},
-        {R"({"a": 4294967296})", uint32(true), std::nullopt, {invalid}},
-        {R"({"a": 18446744073709551615})", uint64(true), "18446744073709551615", {}},
-        {R"({"a": 18446744073709551616})", uint64(true), std::nullopt, {invalid}},
-        {R"({"a": ""})", uint64(true), std::nullopt, {invalid}},
+        {R"({"a": "0x10"})", integer, "16", {}},
+        {R"({"a": "010"})", integer, "8", {}},
+        {R"({"a": 09})", integer, std::nullopt, {invalid("a")}},
+        {R"({"a": "12 "})", integer, "12", {}},
+        {R"({"a": " 12"})", integer, std::nullopt, {invalid("a")}},
+        {R"({"a": "12abc"})", optional_integer, std::nullopt, {invalid("a")}},
+        {R"({"a": 1.5})", optional_integer, std::nullopt, {invalid("a")}},
+        {R"({"a": -1})", integer, "-1", {}},
+        {R"({"a": -1})", uint32, std::nullopt, {invalid("a")}},
+        {R"({"a": "-0"})", uint64, std::nullopt, {invalid("a")}},
+        {R"({"a": 70000})", uint16, std::nullopt, {invalid("a")}},
+        {R"({"a": 4294967296})", uint32, std::nullopt, {invalid("a")}},
+        {R"({"a": 18446744073709551615})", uint64, "18446744073709551615", {}},
+        {R"({"a": 18446744073709551616})", uint64, std::nullopt, {invalid("a")}},
+        {R"({"a": ""})", uint64, std::nullopt, {invalid("a")}},
         // Identifiers are 64-bit fields with a 32-bit range of their own.
-        {R"({"a": 4294967295})", entity_id(true), "4294967295", {}},
-        {R"({"a": 4294967296})", entity_id(true), std::nullopt, {out_of_range}},
-        {R"({"a": "x"})", entity_id(false), std::nullopt, {invalid}},
-        {R"({})", entity_id(false), std::nullopt, {}},
+        {R"({"a": 4294967295})", entity_id, "4294967295", {}},
+        {R"({"a": 4294967296})", entity_id, std::nullopt, {out_of_range("a")}},
+        {R"({"a": "x"})", optional_entity_id, std::nullopt, {invalid("a")}},
+        {R"({})", optional_entity_id, std::nullopt, {}},
         // Reals: the YAML spellings of infinity and NaN, and nothing else.
-        {R"({"a": "1.0"})", real(true), "1", {}},
-        {R"({"a": ".nan"})", real(true), "nan", {}},
-        {R"({"a": ".NaN "})", real(true), std::nullopt, {invalid}},
-        {R"({"a": "-.inf"})", real(true), "-inf", {}},
-        {R"({"a": "+.INF"})", real(true), "inf", {}},
-        {R"({"a": "inf"})", real(true), std::nullopt, {invalid}},
-        {R"({"a": "Infinity"})", real(true), std::nullopt, {invalid}},
-        {R"({"a": 1e999})", real(true), std::nullopt, {invalid}},
+        {R"({"a": "1.0"})", real, "1", {}},
+        {R"({"a": ".nan"})", real, "nan", {}},
+        {R"({"a": ".NaN "})", real, std::nullopt, {invalid("a")}},
+        {R"({"a": "-.inf"})", real, "-inf", {}},
+        {R"({"a": "+.INF"})", real, "inf", {}},
+        {R"({"a": "inf"})", real, std::nullopt, {invalid("a")}},
+        {R"({"a": "Infinity"})", real, std::nullopt, {invalid("a")}},
+        {R"({"a": 1e999})", real, std::nullopt, {invalid("a")}},
         // Strings: the scalar's own text; containers are refused.
-        {R"({"a": 1.50})", text(true), "1.50", {}},
-        {R"({"a": true})", text(true), "true", {}},
-        {R"({"a": ""})", text(true), "", {}},
-        {R"({"a": [1]})", text(true), std::nullopt, {invalid}},
-        {R"({"a": {}})", text(false), std::nullopt, {invalid}},
+        {R"({"a": 1.50})", text, "1.50", {}},
+        {R"({"a": true})", text, "true", {}},
+        {R"({"a": ""})", text, "", {}},
+        {R"({"a": [1]})", text, std::nullopt, {invalid("a")}},
+        {R"({"a": {}})", optional_text, std::nullopt, {invalid("a")}},
         // Booleans as yaml-cpp decodes them.
-        {R"({"a": true})", boolean(), "true", {}},
-        {R"({"a": "off"})", boolean(), "false", {}},
-        {R"({"a": "maybe"})", boolean(), std::nullopt, {invalid}},
-        {R"({"a": 1})", boolean(), std::nullopt, {invalid}},
+        {R"({"a": "off"})", boolean, "false", {}},
+        {R"({"a": "maybe"})", boolean, std::nullopt, {invalid("a")}},
+        {R"({"a": 1})", boolean, std::nullopt, {invalid("a")}},
     };
     for (auto const& c : cases) {
         SCOPED_TRACE(c.json);
@@ -136,42 +111,20 @@ TEST(FieldReaders, LookupInAScalarOrAMissingNodeEndsTheDecode) {
 }
 
 TEST(FieldReaders, Vec3ReadsAllThreeComponentsAndIsAllOrNothing) {
-    std::string const not_a_vector = "error qc.json.invalid_vec3: Expected a Cartesian vector object.";
-    struct Case {
-        char const* json;
-        std::optional<chem::Vec3> vector;
-        Lines diagnostics;
-    };
-    Case const cases[] = {
+    expect_reads(read_vec3, {
         {R"({"x": 1, "y": -2.5, "z": "3"})", chem::Vec3{1, -2.5, 3}, {}},
-        {R"({"x": 1, "y": null, "z": 3})", std::nullopt, {"error qc.json.missing_field: Missing required field: y"}},
-        {R"({"x": "a", "y": [], "z": {}})",
-         std::nullopt,
-         {"error qc.json.invalid_field: Invalid value for field: x",
-          "error qc.json.invalid_field: Invalid value for field: y",
-          "error qc.json.invalid_field: Invalid value for field: z"}},
-        {"5", std::nullopt, {not_a_vector}},
-        {"[0, 0, 0]", std::nullopt, {not_a_vector}},
-        {"null", std::nullopt, {not_a_vector}},
-    };
-    for (auto const& c : cases) {
-        SCOPED_TRACE(c.json);
-        DocumentResult result;
-        EXPECT_EQ(read_vec3(result, load_text(c.json)), c.vector);
-        EXPECT_EQ(describe(result.diagnostics), c.diagnostics);
-    }
-    DocumentResult result;
-    EXPECT_EQ(read_vec3(result, load_text("{}")["absent"]), std::nullopt);
-    EXPECT_EQ(describe(result.diagnostics), Lines{not_a_vector});
+        {R"({"x": 1, "y": null, "z": 3})", std::nullopt, {missing("y")}},
+        {R"({"x": "a", "y": [], "z": {}})", std::nullopt, {invalid("x"), invalid("y"), invalid("z")}},
+        {"[0, 0, 0]", std::nullopt, {bad_vec3}},
+    });
 }
 
 TEST(FieldReaders, DiagnosticsCarryNoSourceAndTheirOwnSeverity) {
     DocumentResult result;
     add_diagnostic(result, "c1", "m1");
     add_warning(result, "c2", "m2");
-    ASSERT_EQ(result.diagnostics.size(), 2u);
-    EXPECT_EQ(result.diagnostics[0], (model::Diagnostic{model::Severity::error, "c1", "m1", std::nullopt}));
-    EXPECT_EQ(result.diagnostics[1], (model::Diagnostic{model::Severity::warning, "c2", "m2", std::nullopt}));
+    EXPECT_EQ(result.diagnostics, (std::vector<model::Diagnostic>{{model::Severity::error, "c1", "m1", std::nullopt},
+                                                                  {model::Severity::warning, "c2", "m2", std::nullopt}}));
 }
 
 }  // namespace

@@ -1,0 +1,84 @@
+#pragma once
+
+// Tests of one record's reader and writer: the compact text of a tree, a
+// table of inputs run through a reader, and a record's trip through text.
+
+#include "core/diagnostics.hpp"
+#include "core/json_writer.hpp"
+#include "core/node.hpp"
+#include "support/diagnostics.hpp"
+
+#include <morv/qc/json/codec.hpp>
+
+#include <gtest/gtest.h>
+#include <yaml-cpp/exceptions.h>
+
+#include <limits>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+namespace morv::testing {
+
+using qc::json::DocumentResult;
+using qc::json::load_text;
+using qc::json::Node;
+
+inline constexpr double inf = std::numeric_limits<double>::infinity();
+inline constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+inline model::SourceSpan const some_span{model::SourceId(2), {1, 2, 3}, {4, 5, 6}};
+// An energy of 0 hartree: three zeros and no wavelength.
+inline std::string const zero_energy = R"({"electron_volt":0,"hartree":0,"wavenumber_cm1":0})";
+
+inline std::string compact(qc::json::JsonValue const& value) {
+    std::ostringstream out;
+    qc::json::write_json(out, value, qc::json::SerializeOptions{});
+    return out.str();
+}
+
+// A document whose root holds a program and then `members`.
+inline std::string document_with(std::string const& members) {
+    return R"({"schema": "morv.qc.document.v2", "program": {}, )" + members + "}";
+}
+
+template <typename Read>
+using ReadValue = std::invoke_result_t<Read&, DocumentResult&, Node const&>;
+
+// One row of a reader's table: the text, what it reads as, and every
+// diagnostic it leaves, in order.
+template <typename Value>
+struct ReadCase {
+    std::string json;
+    Value value;
+    Lines diagnostics;
+};
+
+template <typename Read>
+void expect_reads(Read read, std::vector<ReadCase<ReadValue<Read>>> const& cases) {
+    for (auto const& c : cases) {
+        SCOPED_TRACE(c.json);
+        DocumentResult result;
+        EXPECT_EQ(read(result, load_text(c.json)), c.value);
+        EXPECT_EQ(describe(result.diagnostics), c.diagnostics);
+    }
+}
+
+// `record` reads back from its text unchanged and without a diagnostic, and
+// what was read writes the same text again. Gives the text.
+template <typename Record, typename Read, typename Write>
+std::string expect_round_trip(Record const& record, Read read, Write write) {
+    std::string const text = compact(write(record));
+    SCOPED_TRACE(text);
+    DocumentResult result;
+    std::optional<Record> const back = read(result, load_text(text));
+    EXPECT_EQ(describe(result.diagnostics), Lines{});
+    EXPECT_TRUE(back == record);
+    if (back) {
+        EXPECT_EQ(compact(write(*back)), text);
+    }
+    return text;
+}
+
+}  // namespace morv::testing
