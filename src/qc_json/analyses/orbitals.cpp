@@ -3,12 +3,18 @@
 #include "core/field_readers.hpp"
 #include "core/optional_keys.hpp"
 #include "core/sequences.hpp"
+#include "core/wire_names.hpp"
 #include "sections/energy.hpp"
 
 #include <morv/qc/model.hpp>
 
 namespace morv::qc::json {
 namespace {
+
+constexpr WireNames<SpinChannel, 2> spin_channels = {{
+    {"alpha", SpinChannel::alpha},
+    {"beta", SpinChannel::beta},
+}};
 
 SpinChannel read_spin(DocumentResult& result, Node const& node) {
     return spin_channel_from_string(read_string_field(result, node, "spin", false).value_or("none"));
@@ -28,13 +34,7 @@ JsonValue write_orbital(Orbital const& orbital) {
 }  // namespace
 
 SpinChannel spin_channel_from_string(std::string const& text) {
-    if (text == "alpha") {
-        return SpinChannel::alpha;
-    }
-    if (text == "beta") {
-        return SpinChannel::beta;
-    }
-    return SpinChannel::none;
+    return find_wire_name(text, spin_channels).value_or(SpinChannel::none);
 }
 
 Orbital read_orbital(DocumentResult& result, Node const& node) {

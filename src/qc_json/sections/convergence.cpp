@@ -4,48 +4,34 @@
 #include "core/optional_keys.hpp"
 #include "core/sequences.hpp"
 #include "core/source_spans.hpp"
+#include "core/wire_names.hpp"
 
 #include <morv/qc/model.hpp>
 
-#include <array>
-#include <string>
-#include <utility>
 
 namespace morv::qc::json {
 namespace {
 
-ConvergenceStatus status_from_text(std::string const& text) {
-    if (text == "converged") {
-        return ConvergenceStatus::converged;
-    }
-    if (text == "not_converged") {
-        return ConvergenceStatus::not_converged;
-    }
-    return ConvergenceStatus::unknown;
-}
+constexpr WireNames<ConvergenceStatus, 2> statuses = {{
+    {"converged", ConvergenceStatus::converged},
+    {"not_converged", ConvergenceStatus::not_converged},
+}};
 
 // "gradient_norm" is the default, so it needs no entry of its own.
-CriterionKind criterion_kind_from_text(std::string const& text) {
-    static constexpr std::array<std::pair<char const*, CriterionKind>, 6> kinds = {{
-        {"max_force", CriterionKind::max_force},
-        {"rms_force", CriterionKind::rms_force},
-        {"max_displacement", CriterionKind::max_displacement},
-        {"rms_displacement", CriterionKind::rms_displacement},
-        {"energy_change", CriterionKind::energy_change},
-        {"constraint_violation", CriterionKind::constraint_violation},
-    }};
-    for (auto const& [wire, kind] : kinds) {
-        if (text == wire) {
-            return kind;
-        }
-    }
-    return CriterionKind::gradient_norm;
-}
+constexpr WireNames<CriterionKind, 6> criterion_kinds = {{
+    {"max_force", CriterionKind::max_force},
+    {"rms_force", CriterionKind::rms_force},
+    {"max_displacement", CriterionKind::max_displacement},
+    {"rms_displacement", CriterionKind::rms_displacement},
+    {"energy_change", CriterionKind::energy_change},
+    {"constraint_violation", CriterionKind::constraint_violation},
+}};
 
 // A criterion is never dropped; a bad `value` leaves 0.
 ConvergenceCriterion read_criterion(DocumentResult& result, Node const& node) {
     ConvergenceCriterion criterion;
-    criterion.kind = criterion_kind_from_text(read_string_field(result, node, "kind", false).value_or("gradient_norm"));
+    criterion.kind = find_wire_name(read_string_field(result, node, "kind", false).value_or(""), criterion_kinds)
+                         .value_or(CriterionKind::gradient_norm);
     criterion.value = read_double_field(result, node, "value", true).value_or(0.0);
     criterion.threshold = read_double_field(result, node, "threshold", false);
     criterion.satisfied = read_bool_field(result, node, "satisfied");
@@ -83,7 +69,8 @@ std::optional<ConvergenceRecord> read_convergence(DocumentResult& result, Node c
         return std::nullopt;
     }
     ConvergenceRecord convergence;
-    convergence.status = status_from_text(read_string_field(result, node, "status", false).value_or("unknown"));
+    convergence.status = find_wire_name(read_string_field(result, node, "status", false).value_or(""), statuses)
+                             .value_or(ConvergenceStatus::unknown);
     read_elements(result, node["criteria"], convergence.criteria, read_criterion);
     convergence.source = read_source_key(result, node);
     return convergence;

@@ -3,12 +3,10 @@
 #include "core/field_readers.hpp"
 #include "core/optional_keys.hpp"
 #include "core/source_spans.hpp"
+#include "core/wire_names.hpp"
 
 #include <morv/qc/model.hpp>
 
-#include <array>
-#include <string>
-#include <utility>
 
 namespace morv::qc::json {
 namespace {
@@ -18,24 +16,16 @@ constexpr double electron_volt_per_hartree = 27.211386245988;
 constexpr double wavenumber_per_hartree = 219474.6313632;
 constexpr double nanometre_electron_volt = 1239.8419843320025;
 
-EnergyKind energy_kind_from_text(std::string const& text) {
-    static constexpr std::array<std::pair<char const*, EnergyKind>, 8> kinds = {{
-        {"electronic", EnergyKind::electronic},
-        {"scf", EnergyKind::scf},
-        {"correlated", EnergyKind::correlated},
-        {"excited_state_total", EnergyKind::excited_state_total},
-        {"gibbs_free", EnergyKind::gibbs_free},
-        {"enthalpy", EnergyKind::enthalpy},
-        {"zero_point", EnergyKind::zero_point},
-        {"thermal_correction", EnergyKind::thermal_correction},
-    }};
-    for (auto const& [wire, kind] : kinds) {
-        if (text == wire) {
-            return kind;
-        }
-    }
-    return EnergyKind::unknown;
-}
+constexpr WireNames<EnergyKind, 8> energy_kinds = {{
+    {"electronic", EnergyKind::electronic},
+    {"scf", EnergyKind::scf},
+    {"correlated", EnergyKind::correlated},
+    {"excited_state_total", EnergyKind::excited_state_total},
+    {"gibbs_free", EnergyKind::gibbs_free},
+    {"enthalpy", EnergyKind::enthalpy},
+    {"zero_point", EnergyKind::zero_point},
+    {"thermal_correction", EnergyKind::thermal_correction},
+}};
 
 }  // namespace
 
@@ -84,7 +74,8 @@ std::optional<EnergyRecord> read_energy_record(DocumentResult& result, Node cons
     EnergyRecord record;
     record.id = *id;
     record.value = *value;
-    record.kind = energy_kind_from_text(read_string_field(result, node, "kind", false).value_or("unknown"));
+    record.kind = find_wire_name(read_string_field(result, node, "kind", false).value_or(""), energy_kinds)
+                      .value_or(EnergyKind::unknown);
     record.label = read_string_field(result, node, "label", false).value_or("");
     record.method = read_string_field(result, node, "method", false).value_or("");
     record.source = read_source_key(result, node);

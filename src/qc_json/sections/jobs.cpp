@@ -4,32 +4,33 @@
 #include "core/optional_keys.hpp"
 #include "core/sequences.hpp"
 #include "core/source_spans.hpp"
+#include "core/wire_names.hpp"
 #include "sections/program.hpp"
 
 #include <morv/qc/model.hpp>
 
-#include <array>
 #include <limits>
 #include <utility>
 
 namespace morv::qc::json {
 namespace {
 
-JobRelation relation_from_text(std::string const& text) {
-    if (text == "link") {
-        return JobRelation::link;
-    }
-    if (text == "restart") {
-        return JobRelation::restart;
-    }
-    if (text == "branch") {
-        return JobRelation::branch;
-    }
-    if (text == "image") {
-        return JobRelation::image;
-    }
-    return JobRelation::none;
-}
+constexpr WireNames<JobRelation, 4> relations = {{
+    {"link", JobRelation::link},
+    {"restart", JobRelation::restart},
+    {"branch", JobRelation::branch},
+    {"image", JobRelation::image},
+}};
+
+constexpr WireNames<TaskKind, 7> task_kinds = {{
+    {"single_point", TaskKind::single_point},
+    {"optimization", TaskKind::optimization},
+    {"frequency", TaskKind::frequency},
+    {"excited_state", TaskKind::excited_state},
+    {"irc", TaskKind::irc},
+    {"scan", TaskKind::scan},
+    {"neb", TaskKind::neb},
+}};
 
 void read_tasks(DocumentResult& result, Node const& list, std::vector<TaskKind>& tasks) {
     if (!list.is_sequence()) {
@@ -69,24 +70,7 @@ JsonValue write_step_id(StepId id) { return id.value; }
 
 }  // namespace
 
-std::optional<TaskKind> task_kind_from_string(std::string const& text) {
-    // The reader keeps its own copy of the wire strings.
-    static constexpr std::array<std::pair<char const*, TaskKind>, 7> tasks = {{
-        {"single_point", TaskKind::single_point},
-        {"optimization", TaskKind::optimization},
-        {"frequency", TaskKind::frequency},
-        {"excited_state", TaskKind::excited_state},
-        {"irc", TaskKind::irc},
-        {"scan", TaskKind::scan},
-        {"neb", TaskKind::neb},
-    }};
-    for (auto const& [wire, task] : tasks) {
-        if (text == wire) {
-            return task;
-        }
-    }
-    return std::nullopt;
-}
+std::optional<TaskKind> task_kind_from_string(std::string const& text) { return find_wire_name(text, task_kinds); }
 
 std::optional<CalculationJob> read_job(DocumentResult& result, Node const& node) {
     auto const id = read_entity_id_field<JobIdTag>(result, node, "id", true);
@@ -99,7 +83,8 @@ std::optional<CalculationJob> read_job(DocumentResult& result, Node const& node)
     job.system_id = *system_id;
     job.ordinal = read_uint32_field(result, node, "ordinal", false).value_or(id->value);
     job.parent_job_id = read_entity_id_field<JobIdTag>(result, node, "parent_job_id", false);
-    job.relation = relation_from_text(read_string_field(result, node, "relation", false).value_or("none"));
+    job.relation = find_wire_name(read_string_field(result, node, "relation", false).value_or(""), relations)
+                       .value_or(JobRelation::none);
     read_tasks(result, node["tasks"], job.tasks);
     if (auto const primary = read_string_field(result, node, "primary_task", false)) {
         job.primary_task = task_kind_from_string(*primary);

@@ -3,6 +3,7 @@
 #include "core/field_readers.hpp"
 #include "core/optional_keys.hpp"
 #include "core/source_spans.hpp"
+#include "core/wire_names.hpp"
 
 #include <morv/qc/model.hpp>
 
@@ -11,50 +12,25 @@
 namespace morv::qc::json {
 namespace {
 
-ProgramKind program_kind_from_text(std::string const& text) {
-    if (text == "gaussian") {
-        return ProgramKind::gaussian;
-    }
-    if (text == "orca") {
-        return ProgramKind::orca;
-    }
-    if (text == "gamess") {
-        return ProgramKind::gamess;
-    }
-    return ProgramKind::unknown;
-}
+constexpr WireNames<ProgramKind, 3> program_kinds = {{
+    {"gaussian", ProgramKind::gaussian},
+    {"orca", ProgramKind::orca},
+    {"gamess", ProgramKind::gamess},
+}};
 
-ResultProfile profile_from_text(std::string const& text) {
-    if (text == "summary") {
-        return ResultProfile::summary;
-    }
-    if (text == "standard") {
-        return ResultProfile::standard;
-    }
-    if (text == "full") {
-        return ResultProfile::full;
-    }
-    return ResultProfile::unknown;
-}
+constexpr WireNames<ResultProfile, 3> profiles = {{
+    {"summary", ResultProfile::summary},
+    {"standard", ResultProfile::standard},
+    {"full", ResultProfile::full},
+}};
 
-TerminationKind termination_kind_from_text(std::string const& text) {
-    if (text == "running") {
-        return TerminationKind::running;
-    }
-    if (text == "normal") {
-        return TerminationKind::normal;
-    }
-    if (text == "error") {
-        return TerminationKind::error;
-    }
-    if (text == "interrupted") {
-        return TerminationKind::interrupted;
-    }
-    if (text == "truncated") {
-        return TerminationKind::truncated;
-    }
-    return TerminationKind::unknown;
-}
+constexpr WireNames<TerminationKind, 5> termination_kinds = {{
+    {"running", TerminationKind::running},
+    {"normal", TerminationKind::normal},
+    {"error", TerminationKind::error},
+    {"interrupted", TerminationKind::interrupted},
+    {"truncated", TerminationKind::truncated},
+}};
 
 // A switch that is absent or refused stays requested.
 bool read_switch(DocumentResult& result, Node const& node, char const* key) {
@@ -65,7 +41,8 @@ bool read_switch(DocumentResult& result, Node const& node, char const* key) {
 
 void read_normalization(DocumentResult& result, Node const& node) {
     Normalization& normalization = result.value.normalization;
-    normalization.profile = profile_from_text(read_string_field(result, node, "profile", false).value_or("unknown"));
+    normalization.profile = find_wire_name(read_string_field(result, node, "profile", false).value_or(""), profiles)
+                                .value_or(ResultProfile::unknown);
     Node const requested = node["requested_analyses"];
     if (!requested.is_map()) {
         return;
@@ -80,7 +57,8 @@ void read_normalization(DocumentResult& result, Node const& node) {
 
 void read_program(DocumentResult& result, Node const& node) {
     ProgramInfo& program = result.value.program;
-    program.kind = program_kind_from_text(read_string_field(result, node, "kind", false).value_or("unknown"));
+    program.kind = find_wire_name(read_string_field(result, node, "kind", false).value_or(""), program_kinds)
+                       .value_or(ProgramKind::unknown);
     program.name = read_string_field(result, node, "name", false).value_or("");
     program.version = read_string_field(result, node, "version", false).value_or("");
     program.input_file_name = read_string_field(result, node, "input_file_name", false).value_or("");
@@ -94,7 +72,8 @@ std::optional<Termination> read_termination(DocumentResult& result, Node const& 
         return std::nullopt;
     }
     Termination termination;
-    termination.kind = termination_kind_from_text(read_string_field(result, node, "kind", false).value_or("unknown"));
+    termination.kind = find_wire_name(read_string_field(result, node, "kind", false).value_or(""), termination_kinds)
+                           .value_or(TerminationKind::unknown);
     termination.reason = read_string_field(result, node, "reason", false).value_or("");
     termination.source = read_source_key(result, node);
     return termination;
