@@ -13,12 +13,7 @@
 namespace morv::qc::json {
 namespace {
 
-struct StringField {
-    char const* key;
-    std::string ExcitedState::*field;
-};
-
-constexpr std::array<StringField, 5> state_strings = {{
+constexpr std::array<MemberField<ExcitedState, std::string>, 5> state_strings = {{
     {"root_label", &ExcitedState::root_label},
     {"method", &ExcitedState::method},
     {"section", &ExcitedState::section},
@@ -26,12 +21,7 @@ constexpr std::array<StringField, 5> state_strings = {{
     {"symmetry", &ExcitedState::symmetry},
 }};
 
-struct EnergyField {
-    char const* key;
-    std::optional<double> ExcitedState::*field;
-};
-
-constexpr std::array<EnergyField, 2> state_energies = {{
+constexpr std::array<NumberField<ExcitedState>, 2> state_energies = {{
     {"total_energy", &ExcitedState::total_energy},
     {"excitation_energy", &ExcitedState::excitation_energy},
 }};
@@ -50,15 +40,11 @@ constexpr std::array<NumberField<ExcitedState>, 8> state_numbers = {{
 JsonValue write_excited_state(ExcitedState const& state) {
     JsonValue object = make_json_object();
     set_if_present(object, "index", state.index);
-    for (StringField const& text : state_strings) {
+    for (auto const& text : state_strings) {
         set_unless_empty(object, text.key, state.*text.field);
     }
     set_if_present(object, "multiplicity", state.multiplicity);
-    for (EnergyField const& energy : state_energies) {
-        if (auto const& hartree = state.*energy.field) {
-            object[energy.key] = write_energy_value(*hartree);
-        }
-    }
+    write_energy_fields(object, state, state_energies);
     write_number_fields(object, state, state_numbers);
     if (!state.contributions.empty()) {
         object["contributions"] = write_elements(state.contributions, write_excitation_contribution);
@@ -72,16 +58,11 @@ JsonValue write_excited_state(ExcitedState const& state) {
 ExcitedState read_excited_state(DocumentResult& result, Node const& node) {
     ExcitedState state;
     state.index = read_int_field(result, node, "index", false);
-    for (StringField const& text : state_strings) {
+    for (auto const& text : state_strings) {
         state.*text.field = read_string_field(result, node, text.key, false).value_or("");
     }
     state.multiplicity = read_int_field(result, node, "multiplicity", false);
-    // Energies are read whenever the key is defined, so a null is reported.
-    for (EnergyField const& energy : state_energies) {
-        if (Node const value = node[energy.key]; value.defined()) {
-            state.*energy.field = read_energy_value(result, value);
-        }
-    }
+    read_energy_fields(result, node, state, state_energies);
     read_number_fields(result, node, state, state_numbers);
     read_elements(result, node["contributions"], state.contributions, read_excitation_contribution);
     state.source = read_source_key(result, node);

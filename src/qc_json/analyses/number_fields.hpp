@@ -8,16 +8,20 @@
 #include "core/json_value.hpp"
 #include "core/node.hpp"
 #include "core/optional_keys.hpp"
+#include "sections/energy.hpp"
 
 #include <optional>
 
 namespace morv::qc::json {
 
-template <typename Record>
-struct NumberField {
+template <typename Record, typename Value>
+struct MemberField {
     char const* key;
-    std::optional<double> Record::*field;
+    Value Record::*field;
 };
+
+template <typename Record>
+using NumberField = MemberField<Record, std::optional<double>>;
 
 template <typename Record, typename Fields>
 void read_number_fields(DocumentResult& result, Node const& node, Record& record, Fields const& fields) {
@@ -30,6 +34,26 @@ template <typename Record, typename Fields>
 void write_number_fields(JsonValue& object, Record const& record, Fields const& fields) {
     for (NumberField<Record> const& number : fields) {
         set_if_present(object, number.key, record.*number.field);
+    }
+}
+
+// Energies are energy value objects. A defined key is read, so a null there
+// is reported, unlike a null in a plain number field.
+template <typename Record, typename Fields>
+void read_energy_fields(DocumentResult& result, Node const& node, Record& record, Fields const& fields) {
+    for (NumberField<Record> const& energy : fields) {
+        if (Node const value = node[energy.key]; value.defined()) {
+            record.*energy.field = read_energy_value(result, value);
+        }
+    }
+}
+
+template <typename Record, typename Fields>
+void write_energy_fields(JsonValue& object, Record const& record, Fields const& fields) {
+    for (NumberField<Record> const& energy : fields) {
+        if (auto const& hartree = record.*energy.field) {
+            object[energy.key] = write_energy_value(*hartree);
+        }
     }
 }
 

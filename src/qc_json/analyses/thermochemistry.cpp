@@ -1,7 +1,6 @@
 #include "analyses/thermochemistry.hpp"
 
 #include "analyses/number_fields.hpp"
-#include "sections/energy.hpp"
 
 #include <array>
 
@@ -35,13 +34,7 @@ ThermochemistryBlock read_thermochemistry_block(DocumentResult& result, Node con
     ThermochemistryBlock block;
     Node const values = node["values"];
     read_number_fields(result, values, block, conditions);
-    for (Field const& energy : energies) {
-        // A defined child is read, so a null energy is reported; the number
-        // keys above treat a null as absent.
-        if (Node const value = values[energy.key]; value.defined()) {
-            block.*energy.field = read_energy_value(result, value);
-        }
-    }
+    read_energy_fields(result, values, block, energies);
     return block;
 }
 
@@ -49,11 +42,7 @@ void write_thermochemistry_block(JsonValue& object, ThermochemistryBlock const& 
     object["type"] = "thermochemistry";
     JsonValue values = make_json_object();
     write_number_fields(values, block, conditions);
-    for (Field const& energy : energies) {
-        if (auto const& hartree = block.*energy.field) {
-            values[energy.key] = write_energy_value(*hartree);
-        }
-    }
+    write_energy_fields(values, block, energies);
     object["values"] = std::move(values);
 }
 
