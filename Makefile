@@ -1,10 +1,14 @@
 BUILD_DIR ?= build
 BENCH_DIR ?= build-bench
+SANITIZE_DIR ?= build-sanitize
+FUZZ_DIR ?= build-fuzz
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= 2
 EXAMPLE ?= examples/orca_water_opt_freq.json
+# Seconds that fuzz-smoke gives each fuzzer.
+FUZZ_SECONDS ?= 60
 
-.PHONY: all deps configure build demo test bench clean
+.PHONY: all deps configure build demo test test-sanitize bench fuzz fuzz-smoke clean
 
 all: build
 
@@ -23,11 +27,30 @@ demo: build
 test: build
 	ctest --test-dir $(BUILD_DIR) --output-on-failure -j $(JOBS)
 
+# The whole suite under AddressSanitizer and UndefinedBehaviorSanitizer. The
+# packaging tests install and link plain consumers, which an instrumented
+# library cannot serve, so they run only in `make test`.
+test-sanitize: deps
+	cmake -S . -B $(SANITIZE_DIR) -DCMAKE_BUILD_TYPE=Debug -DMORV_SANITIZE=ON
+	cmake --build $(SANITIZE_DIR) -j $(JOBS)
+	ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+	  ctest --test-dir $(SANITIZE_DIR) --output-on-failure -j $(JOBS) -LE packaging
+
 # Benchmarks build in a directory of their own, in Release.
-bench: deps
+bench:
+	scripts/install-deps.sh bench
 	cmake -S . -B $(BENCH_DIR) -DCMAKE_BUILD_TYPE=Release -DMORV_BUILD_BENCHMARKS=ON -DMORV_BUILD_TESTS=OFF
 	cmake --build $(BENCH_DIR) -j $(JOBS) --target codec_bench
 	$(BENCH_DIR)/bench/codec_bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 
+fuzz:
+	scripts/install-deps.sh fuzz
+	cmake -S . -B $(FUZZ_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++-14 \
+	  -DMORV_BUILD_FUZZERS=ON -DMORV_BUILD_TESTS=OFF
+	cmake --build $(FUZZ_DIR) -j $(JOBS)
+
+fuzz-smoke: fuzz
+	fuzz/run-fuzzers.sh $(FUZZ_DIR)/fuzz $(FUZZ_SECONDS)
+
 clean:
-	rm -rf $(BUILD_DIR) $(BENCH_DIR)
+	rm -rf $(BUILD_DIR) $(BENCH_DIR) $(SANITIZE_DIR) $(FUZZ_DIR)

@@ -1,9 +1,20 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need, skipping those
-# that are already present.
+# that are already present. Extra groups add what one make target needs:
+#
+#   install-deps.sh            build and test
+#   install-deps.sh bench      ... and the parsers the benchmarks compare with
+#   install-deps.sh fuzz       ... and clang with libFuzzer and its sanitizers
 set -euo pipefail
 
 packages=(cmake g++ make pkg-config libyaml-cpp-dev libgtest-dev libbenchmark-dev)
+for group in "$@"; do
+  case "$group" in
+    bench) packages+=(nlohmann-json3-dev rapidjson-dev libsimdjson-dev) ;;
+    fuzz) packages+=(clang-14 libfuzzer-14-dev libclang-rt-14-dev nlohmann-json3-dev) ;;
+    *) echo "error: unknown package group '$group' (known: bench, fuzz)" >&2; exit 64 ;;
+  esac
+done
 
 missing=()
 for package in "${packages[@]}"; do
