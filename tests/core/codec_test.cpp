@@ -190,6 +190,20 @@ TEST(Deserialize, EveryRequiredKeyIsReportedWhenAbsentOrNullAndCostsWhatItGuards
     }
 }
 
+TEST(Deserialize, SectionsAreReadInAFixedOrderWhateverTheOrderOfTheText) {
+    auto const result = deserialize(R"({"diagnostics": [{"severity": "error", "message": "stored"}],
+        "metadata": {"m": {}}, "analyses": [{"id": 1, "job_id": 1, "type": "x"}], "steps": [{"id": 1}],
+        "jobs": [{"id": 1}], "frames": [{"id": 1}], "systems": [{"id": 1, "label": [], "topology": {}}],
+        "sources": [{"id": "s"}], "program": {"name": []}, "normalization": {"profile": []},
+        "parse_status": "partial", "schema": "morv.qc.document.v2"})");
+    EXPECT_EQ(describe(result.diagnostics),
+              (Lines{invalid("profile"), invalid("name"), invalid("id"), invalid("label"), missing("system_id"),
+                     missing("system_id"), missing("job_id"), missing("system_id"),
+                     "warning qc.json.unknown_analysis: Ignoring unknown analysis type: x",
+                     "warning qc.json.unsupported_metadata: Ignoring non-scalar metadata field: m", "error : stored"}));
+    EXPECT_EQ(result.status, ParseStatus::partial);
+}
+
 TEST(Deserialize, FailedDecodesReturnTheDefaultDocument) {
     for (char const* text : {"{", R"({"schema": "x", "program": {"name": "kept?"}})",
                              R"({"schema": "morv.qc.document.v2", "program": {"name": "n"}, "diagnostics": [1]})"}) {

@@ -33,7 +33,7 @@ TEST(Metadata, ValuesAreTypedByTheirText) {
         {"1e999", std::string("1e999"), {}}, {".inf", std::string(".inf"), {}}, {"12abc", std::string("12abc"), {}},
         // Arrays are doubles when every element converts, else texts.
         {"[]", Doubles{}, {}}, {R"([1, "2.5", .inf])", Doubles{1, 2.5, inf}, {}},
-        {R"([1, "x"])", Strings{"1", "x"}, {}}, {"[1, null]", Strings{"1", ""}, {}},
+        {R"([1, "x"])", Strings{"1", "x"}, {}}, {R"(["x", 1])", Strings{"x", "1"}, {}}, {"[1, null]", Strings{"1", ""}, {}},
         {"[1, [2]]", Strings{"1", ""}, {}}, {R"([1, {"b": 2}])", Strings{"1", ""}, {}},
         {"[1, inf, 1e999, true]", Strings{"1", "inf", "1e999", "true"}, {}},
         // No entry.
