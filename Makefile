@@ -36,18 +36,22 @@ test-sanitize: deps
 	ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
 	  ctest --test-dir $(SANITIZE_DIR) --output-on-failure -j $(JOBS) -LE packaging
 
-# Benchmarks build in a directory of their own, in Release.
+# Benchmarks build in a directory of their own, in Release. The figures also
+# go to $(BENCH_DIR)/codec_bench.json, from which bench/README.md is updated.
 bench:
 	scripts/install-deps.sh bench
 	cmake -S . -B $(BENCH_DIR) -DCMAKE_BUILD_TYPE=Release -DMORV_BUILD_BENCHMARKS=ON -DMORV_BUILD_TESTS=OFF
-	cmake --build $(BENCH_DIR) -j $(JOBS) --target codec_bench
-	$(BENCH_DIR)/bench/codec_bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+	cmake --build $(BENCH_DIR) -j $(JOBS) --target codec_bench peak_heap
+	$(BENCH_DIR)/bench/codec_bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true \
+	  --benchmark_out=$(BENCH_DIR)/codec_bench.json --benchmark_out_format=json
+	$(BENCH_DIR)/bench/peak_heap
 
+# The three libFuzzer targets, built with clang in a directory of their own.
 fuzz:
 	scripts/install-deps.sh fuzz
 	cmake -S . -B $(FUZZ_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++-14 \
 	  -DMORV_BUILD_FUZZERS=ON -DMORV_BUILD_TESTS=OFF
-	cmake --build $(FUZZ_DIR) -j $(JOBS)
+	cmake --build $(FUZZ_DIR) -j $(JOBS) --target fuzzers
 
 fuzz-smoke: fuzz
 	fuzz/run-fuzzers.sh $(FUZZ_DIR)/fuzz $(FUZZ_SECONDS)

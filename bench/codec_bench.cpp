@@ -1,14 +1,28 @@
-// Decode and encode throughput on a synthetic document, with YAML::Load of the
-// same text as the reference: the codec cannot be faster than the parser it
-// reads through, so the ratio of the two is the cost of the document layer.
+// Throughput of the codec on generated ORCA runs of 100 KB, 4 MB and 40 MB of
+// compact text, beside the references of the same run on the same texts:
+// YAML::Load, which the decoder reads through and so bounds it, and the
+// parsers and writers of nlohmann/json, RapidJSON and simdjson.
 //
-//   make bench   (or build with -DMORV_BUILD_BENCHMARKS=ON and run build/bench/codec_bench)
+// Every rate is in bytes of the compact document text per second, writers
+// included, so that all figures measure work on one and the same document
+// whatever the length of the text each of them produces.
+//
+//   make bench
+
+#include "document_generator.hpp"
 
 #include <morv/qc/json/codec.hpp>
 
 #include <benchmark/benchmark.h>
+#include <nlohmann/json.hpp>
+#include <rapidjson/document.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+#include <simdjson.h>
 #include <yaml-cpp/yaml.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <map>
 #include <string>
 
@@ -16,92 +30,179 @@ namespace {
 
 using namespace morv;
 
-// A water optimisation with `steps` steps, each with energies, a gradient and
-// convergence criteria, and a vibrational block of `steps` modes.
-qc::Document synthetic_document(int steps) {
-    qc::Document document;
-    document.program.kind = qc::ProgramKind::orca;
-    document.program.name = "ORCA";
-    chem::ChemicalSystem system;
-    system.id = chem::SystemId(1);
-    system.topology.atoms = {{chem::AtomId(1), "O", "O", 8, {}, {}},
-                             {chem::AtomId(2), "H", "H", 1, {}, {}},
-                             {chem::AtomId(3), "H", "H", 1, {}, {}}};
-    document.systems.push_back(system);
-    qc::CalculationJob job;
-    job.id = qc::JobId(1);
-    job.system_id = chem::SystemId(1);
-    job.tasks = {qc::TaskKind::optimization};
-    qc::VibrationalBlock modes;
-    for (int i = 1; i <= steps; ++i) {
-        auto const id = static_cast<std::uint32_t>(i);
-        document.frames.push_back({chem::FrameId(id), chem::SystemId(1), {{0, 0, 0.1 * i}, {0.76, 0.58, 0}, {-0.76, 0.58, 0}}, {}});
-        qc::CalculationStep step;
-        step.id = qc::StepId(id);
-        step.job_id = qc::JobId(1);
-        step.system_id = chem::SystemId(1);
-        step.frame_id = chem::FrameId(id);
-        step.energies = {{qc::EnergyId(1), qc::EnergyKind::scf, "SCF", "B3LYP", -76.3 - 1e-4 * i, {}}};
-        step.primary_energy_id = qc::EnergyId(1);
-        step.gradient = qc::GradientRecord{{{0.01, 0.02, 0.03}, {-0.01, 0, 0}, {0, -0.02, -0.03}}, 0.05, 0.02, 0.03, {}};
-        step.convergence = qc::ConvergenceRecord{
-            {{qc::CriterionKind::rms_force, 1e-4, 3e-4, true, "Eh/bohr"},
-             {qc::CriterionKind::max_displacement, 2e-3, 4e-3, true, "bohr"}},
-            qc::ConvergenceStatus::not_converged,
-            {}};
-        document.steps.push_back(step);
-        job.step_ids.push_back(qc::StepId(id));
-        modes.modes.push_back({i, 100.0 + i, "A1", 1.08, 0.5, 12.5, {}, {{0, 0, 0.07}, {0.43, 0.55, 0}, {-0.43, 0.55, 0}}});
+constexpr std::uint64_t seed = 2026;
+
+struct Size {
+    char const* name;
+    std::size_t bytes;
+};
+
+constexpr Size sizes[] = {{"100KB", 100'000}, {"4MB", 4'000'000}, {"40MB", 40'000'000}};
+
+// Generating and printing the 40 MB document takes seconds, so each size is
+// made once and kept for all benchmarks and repetitions.
+model::ParseResult<qc::Document> const& result_of(std::size_t bytes) {
+    static std::map<std::size_t, model::ParseResult<qc::Document>> results;
+    auto found = results.find(bytes);
+    if (found == results.end()) {
+        found = results.emplace(bytes, bench::generate_result(seed, bytes)).first;
     }
-    document.jobs.push_back(job);
-    qc::AnalysisBlock block;
-    block.id = qc::AnalysisId(1);
-    block.job_id = qc::JobId(1);
-    block.payload = modes;
-    document.analyses.push_back(block);
-    return document;
+    return found->second;
 }
 
-std::string const& document_text(int steps) {
-    static std::map<int, std::string> texts;
-    auto& text = texts[steps];
-    if (text.empty()) {
-        text = qc::json::serialize(synthetic_document(steps));
+std::string const& text_of(std::size_t bytes) {
+    static std::map<std::size_t, std::string> texts;
+    auto found = texts.find(bytes);
+    if (found == texts.end()) {
+        found = texts.emplace(bytes, qc::json::serialize(result_of(bytes))).first;
     }
-    return text;
+    return found->second;
 }
 
-void BM_YamlLoad(benchmark::State& state) {
-    std::string const& text = document_text(static_cast<int>(state.range(0)));
+void count_text(benchmark::State& state, std::string const& text) {
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * static_cast<std::int64_t>(text.size()));
+}
+
+// Each decode builds a fresh tree or document and drops it again, so that
+// freeing is paid for as a caller pays for it.
+
+void deserialize(benchmark::State& state, std::size_t bytes) {
+    std::string const& text = text_of(bytes);
     for (auto _ : state) {
-        benchmark::DoNotOptimize(YAML::Load(text));
+        auto result = qc::json::deserialize(text);
+        if (result.status != model::ParseStatus::complete) {
+            state.SkipWithError("the generated text did not decode complete");
+            break;
+        }
+        benchmark::DoNotOptimize(result);
     }
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
+    count_text(state, text);
 }
 
-void BM_Deserialize(benchmark::State& state) {
-    std::string const& text = document_text(static_cast<int>(state.range(0)));
+void serialize(benchmark::State& state, std::size_t bytes, bool pretty) {
+    auto const& result = result_of(bytes);
+    qc::json::SerializeOptions options;
+    options.pretty = pretty;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(qc::json::deserialize(text));
-    }
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
-}
-
-void BM_Serialize(benchmark::State& state) {
-    qc::Document const document = synthetic_document(static_cast<int>(state.range(0)));
-    std::size_t bytes = 0;
-    for (auto _ : state) {
-        std::string text = qc::json::serialize(document);
-        bytes += text.size();
+        std::string text = qc::json::serialize(result, options);
         benchmark::DoNotOptimize(text);
     }
-    state.SetBytesProcessed(static_cast<int64_t>(bytes));
+    count_text(state, text_of(bytes));
 }
 
-BENCHMARK(BM_YamlLoad)->Arg(2000);
-BENCHMARK(BM_Deserialize)->Arg(2000);
-BENCHMARK(BM_Serialize)->Arg(2000);
+void yaml_load(benchmark::State& state, std::size_t bytes) {
+    std::string const& text = text_of(bytes);
+    for (auto _ : state) {
+        YAML::Node root = YAML::Load(text);
+        benchmark::DoNotOptimize(root);
+    }
+    count_text(state, text);
+}
+
+void nlohmann_parse(benchmark::State& state, std::size_t bytes) {
+    std::string const& text = text_of(bytes);
+    for (auto _ : state) {
+        nlohmann::json root = nlohmann::json::parse(text);
+        benchmark::DoNotOptimize(root);
+    }
+    count_text(state, text);
+}
+
+void nlohmann_dump(benchmark::State& state, std::size_t bytes) {
+    std::string const& text = text_of(bytes);
+    nlohmann::json const root = nlohmann::json::parse(text);
+    for (auto _ : state) {
+        std::string out = root.dump();
+        benchmark::DoNotOptimize(out);
+    }
+    count_text(state, text);
+}
+
+// Full precision, because the other parsers here give the nearest double and
+// RapidJSON's default may miss it by a unit in the last place.
+constexpr unsigned rapidjson_flags = rapidjson::kParseFullPrecisionFlag;
+
+void rapidjson_parse(benchmark::State& state, std::size_t bytes) {
+    std::string const& text = text_of(bytes);
+    for (auto _ : state) {
+        rapidjson::Document document;
+        document.Parse<rapidjson_flags>(text.data(), text.size());
+        if (document.HasParseError()) {
+            state.SkipWithError("RapidJSON refused the text");
+            break;
+        }
+        benchmark::DoNotOptimize(document);
+    }
+    count_text(state, text);
+}
+
+void rapidjson_write(benchmark::State& state, std::size_t bytes) {
+    std::string const& text = text_of(bytes);
+    rapidjson::Document document;
+    document.Parse<rapidjson_flags>(text.data(), text.size());
+    for (auto _ : state) {
+        rapidjson::StringBuffer buffer;
+        rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+        document.Accept(writer);
+        benchmark::DoNotOptimize(buffer.GetString());
+    }
+    count_text(state, text);
+}
+
+// The parser is kept across iterations, as simdjson means it to be: it
+// allocates once for the largest document it has seen.
+void simdjson_parse(benchmark::State& state, std::size_t bytes) {
+    simdjson::padded_string const text(text_of(bytes));
+    simdjson::dom::parser parser;
+    for (auto _ : state) {
+        simdjson::dom::element root;
+        if (parser.parse(text).get(root) != simdjson::SUCCESS) {
+            state.SkipWithError("simdjson refused the text");
+            break;
+        }
+        benchmark::DoNotOptimize(root);
+    }
+    count_text(state, text_of(bytes));
+}
+
+// Each benchmark runs a fixed number of times, about `budget` bytes of text
+// in each repetition, so that the yaml-cpp based runs on 40 MB (over ten
+// seconds each) stay at one iteration and the whole run at a few minutes.
+constexpr std::size_t slow = 8'000'000;
+constexpr std::size_t medium = 20'000'000;
+constexpr std::size_t fast = 100'000'000;
+
+template <typename Run, typename... Args>
+void add(std::string const& name, Size const& size, std::size_t budget, Run run, Args... args) {
+    auto const iterations = static_cast<benchmark::IterationCount>(std::max<std::size_t>(1, budget / size.bytes));
+    benchmark::RegisterBenchmark((name + "/" + size.name).c_str(), run, size.bytes, args...)
+        ->Iterations(iterations)
+        ->Unit(benchmark::kMillisecond);
+}
+
+void add_all() {
+    for (Size const& size : sizes) {
+        add("deserialize", size, slow, deserialize);
+        add("yaml_load", size, slow, yaml_load);
+        add("nlohmann_parse", size, fast, nlohmann_parse);
+        add("rapidjson_parse", size, fast, rapidjson_parse);
+        add("simdjson_parse", size, fast, simdjson_parse);
+        add("serialize_compact", size, medium, serialize, false);
+        add("serialize_pretty", size, medium, serialize, true);
+        add("nlohmann_dump", size, fast, nlohmann_dump);
+        add("rapidjson_write", size, fast, rapidjson_write);
+    }
+}
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 1;
+    }
+    add_all();
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
