@@ -45,7 +45,7 @@ def rate(value):
 
 
 def ratio(value):
-    return f"{value:.2f}" if value >= 0.1 else f"{value:.2g}"
+    return f"{value:.2f}" if value >= 0.1 else f"{value:#.2g}"
 
 
 def main(path):
