@@ -53,6 +53,8 @@ fuzz:
 	  -DMORV_BUILD_FUZZERS=ON -DMORV_BUILD_TESTS=OFF
 	cmake --build $(FUZZ_DIR) -j $(JOBS) --target fuzzers
 
+# Each fuzzer for FUZZ_SECONDS from the seed corpus in fuzz/corpus/, which
+# stays untouched; logs and findings go to $(FUZZ_DIR)/fuzz/findings.
 fuzz-smoke: fuzz
 	fuzz/run-fuzzers.sh $(FUZZ_DIR)/fuzz $(FUZZ_SECONDS)
 

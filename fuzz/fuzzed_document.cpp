@@ -30,8 +30,13 @@ constexpr std::array<double, 12> special_doubles = {
     0.1,                                       1e21,
     9007199254740993.0,                        -76.4};
 
+// Documents stay small and shallow, and their keys short: yaml-cpp refuses
+// text nested about 500 deep and keys over 1024 characters (README.md, Known
+// limits), and those limits have tests of their own.
 constexpr std::size_t max_list_size = 3;
 constexpr int max_extension_depth = 4;
+constexpr std::size_t max_raw_text_bytes = 16;
+constexpr int max_code_points = 6;
 
 // Bytes in the UTF-8 sequence that `lead` starts; 0 for a byte that starts none.
 std::size_t sequence_length(unsigned char lead) {
@@ -123,7 +128,7 @@ private:
     std::string text() {
         std::string chosen;
         switch (in_.ConsumeIntegralInRange(0, 3)) {
-            case 0: chosen = in_.ConsumeRandomLengthString(16); break;
+            case 0: chosen = in_.ConsumeRandomLengthString(max_raw_text_bytes); break;
             case 1: chosen = in_.PickValueInArray(tricky_texts); break;
             case 2: chosen = code_points(); break;
             default: chosen = std::string(1, static_cast<char>('a' + in_.ConsumeIntegralInRange(0, 25))); break;
@@ -136,7 +141,7 @@ private:
     // three- and four-byte forms, line and paragraph separators.
     std::string code_points() {
         std::string chosen;
-        for (auto count = in_.ConsumeIntegralInRange(0, 6); count > 0; --count) {
+        for (auto count = in_.ConsumeIntegralInRange(0, max_code_points); count > 0; --count) {
             std::uint32_t code_point = in_.ConsumeIntegralInRange<std::uint32_t>(0, 0x10FFFF);
             if (code_point >= 0xD800 && code_point <= 0xDFFF) {
                 code_point = 0x2028 + (code_point & 1);
@@ -169,9 +174,12 @@ private:
         return static_cast<Enum>(raw);
     }
 
+    // Mostly small, so that records name each other and the validator finds
+    // references that hold as well as ones that do not.
     template <typename Id>
     Id id() {
-        return Id(in_.ConsumeIntegral<std::uint32_t>());
+        return Id(in_.ConsumeBool() ? in_.ConsumeIntegralInRange<std::uint32_t>(0, 3)
+                                    : in_.ConsumeIntegral<std::uint32_t>());
     }
 
     template <typename T>

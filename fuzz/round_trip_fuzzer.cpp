@@ -2,7 +2,7 @@
 // again. That first re-read may change things: non-finite numbers become
 // null, metadata texts take a type, records that lost a required field drop
 // out. From then on the text is the codec's own, and a further write and read
-// must change nothing.
+// must change nothing but the two known re-typings (settled_round_trip.hpp).
 
 #include "settled_round_trip.hpp"
 

@@ -32,7 +32,9 @@ trap 'rm -rf "$scratch"' EXIT
 
 # The text targets start from documents and share the format's dictionary;
 # the longest seed is the 100 KB generated document. The serialize target
-# reads its bytes as choices, for which a few kilobytes make a large document.
+# reads its bytes as the choices of its document builder, for which a few
+# kilobytes make a large document; its corpus is what a long run covered,
+# merged down to one input per edge (-merge=1 -use_counters=0).
 seed_corpus() {
   case "$1" in
     serialize_fuzzer) echo "$here/corpus/serialize" ;;

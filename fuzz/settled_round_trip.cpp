@@ -40,19 +40,20 @@ std::string describe(std::vector<model::Diagnostic> const& diagnostics) {
     std::abort();
 }
 
-// The re-typings that take a second read to settle. A negative zero that an
+// The two re-typings that take a second read to settle, as the tests in
+// tests/core/yaml_behaviours_test.cpp show them. A negative zero that an
 // extension held as a double is written as -0, which reads as a signed 0 and
 // that, written as 0, as an unsigned 0.
-model::ExtensionValue read_again(model::ExtensionValue value) {
+model::ExtensionValue after_next_read(model::ExtensionValue value) {
     if (auto const* number = std::get_if<long long>(&value.value); number && *number >= 0) {
         value.value = static_cast<unsigned long long>(*number);
     } else if (auto* items = std::get_if<std::vector<model::ExtensionValue>>(&value.value)) {
         for (auto& item : *items) {
-            item = read_again(std::move(item));
+            item = after_next_read(std::move(item));
         }
     } else if (auto* members = std::get_if<std::map<std::string, model::ExtensionValue>>(&value.value)) {
         for (auto& member : *members) {
-            member.second = read_again(std::move(member.second));
+            member.second = after_next_read(std::move(member.second));
         }
     }
     return value;
@@ -61,7 +62,7 @@ model::ExtensionValue read_again(model::ExtensionValue value) {
 // A metadata array of texts such as ".inf" reads as numbers, since yaml-cpp
 // converts them whatever their quotes say; a number that is not finite is
 // written as null, and null makes the whole array texts again.
-qc::MetadataValue read_again(qc::MetadataValue value) {
+qc::MetadataValue after_next_read(qc::MetadataValue value) {
     auto const* numbers = std::get_if<std::vector<double>>(&value);
     if (!numbers || std::all_of(numbers->begin(), numbers->end(), [](double x) { return std::isfinite(x); })) {
         return value;
@@ -73,12 +74,12 @@ qc::MetadataValue read_again(qc::MetadataValue value) {
     return texts;
 }
 
-qc::Document read_again(qc::Document document) {
+qc::Document after_next_read(qc::Document document) {
     for (auto& entry : document.extensions) {
-        entry.second = read_again(std::move(entry.second));
+        entry.second = after_next_read(std::move(entry.second));
     }
     for (auto& entry : document.metadata) {
-        entry.second = read_again(std::move(entry.second));
+        entry.second = after_next_read(std::move(entry.second));
     }
     return document;
 }
@@ -110,12 +111,12 @@ void require_same_read(char const* form, Result const& decoded, Result const& ag
     if (again.diagnostics != diagnostics) {
         fail(form, describe(diagnostics), describe(again.diagnostics));
     }
-    qc::Document const document = read_again(decoded.value);
+    qc::Document const document = after_next_read(decoded.value);
     if (compact(again.value) != compact(document)) {
         fail(form, compact(document), compact(again.value));
     }
     if (!(again.value == document)) {
-        fail(form, "the same records (the texts agree, so a field that the writer leaves out differs)",
+        fail(form, "equal records (the texts agree: the records differ where text cannot show it)",
              compact(again.value));
     }
 }

@@ -1,9 +1,10 @@
-// What reading through YAML::Load does to text that the codec wrote itself:
-// limits of the loader that make such text fail to load, and re-typings that
-// take a second read to settle. Each case is the smallest document that
-// shows it. The fuzzers' round-trip check (fuzz/settled_round_trip.cpp)
-// allows exactly the re-typings named here, and README.md lists all of them
-// under "Known limits".
+// What reading does to text that the codec wrote itself: limits of yaml-cpp's
+// loader that make such text fail to load, and re-typings that take a second
+// read to settle, one from yaml-cpp's number conversion and one from the
+// typing of extension numbers by their text. Each case is the smallest
+// document that shows it. The fuzzers' round-trip check
+// (fuzz/settled_round_trip.cpp) allows exactly the re-typings named here, and
+// README.md lists all of them under "Known limits".
 
 #include "support/json_text.hpp"
 
@@ -121,7 +122,8 @@ TEST(RetypingOverReads, QuotedInfinityAndNanTextsInAMetadataArrayBecomeNumbersTh
         {Strings{"1", "-.Inf", ".NaN"},
          {R"("metadata":{"a":["1","-.Inf",".NaN"]})", R"("metadata":{"a":[1,null,null]})",
           R"("metadata":{"a":["1","",""]})", R"("metadata":{"a":["1","",""]})"}},
-        // Finite texts settle on the first read.
+        // Texts of finite numbers settle on the first read; yaml-cpp takes a
+        // trailing blank but not a leading one.
         {Strings{"1", " 2"}, {R"("metadata":{"a":["1"," 2"]})", R"("metadata":{"a":["1"," 2"]})"}},
         {Strings{"1", "2 "}, {R"("metadata":{"a":["1","2 "]})", R"("metadata":{"a":[1,2]})",
                               R"("metadata":{"a":[1,2]})"}},
@@ -137,6 +139,9 @@ TEST(RetypingOverReads, QuotedInfinityAndNanTextsInAMetadataArrayBecomeNumbersTh
     EXPECT_TRUE(std::isnan(numbers[1]));
 }
 
+// "x" sorts behind every fixed key, so its member closes the text.
+std::string last_member(std::string const& text) { return text.substr(text.rfind(',') + 1); }
+
 TEST(RetypingOverReads, ANegativeZeroExtensionBecomesSignedThenUnsigned) {
     // -0.0 is written as -0; a text that begins with "-" and converts whole
     // is signed, and the signed 0 is written as 0, which reads unsigned.
@@ -145,8 +150,8 @@ TEST(RetypingOverReads, ANegativeZeroExtensionBecomesSignedThenUnsigned) {
         reads.push_back(deserialize(serialize(with_extension("x", reads.back()))).value.extensions.at("x"));
     }
     EXPECT_EQ(reads, (std::vector<ExtensionValue>{{-0.0}, {0ll}, {0ull}, {0ull}}));
-    EXPECT_NE(serialize(with_extension("x", reads[0])).find(R"("x":-0})"), std::string::npos);
-    EXPECT_NE(serialize(with_extension("x", reads[1])).find(R"("x":0})"), std::string::npos);
+    EXPECT_EQ(last_member(serialize(with_extension("x", reads[0]))), R"("x":-0})");
+    EXPECT_EQ(last_member(serialize(with_extension("x", reads[1]))), R"("x":0})");
 }
 
 }  // namespace
