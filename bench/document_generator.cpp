@@ -626,15 +626,37 @@ private:
         document_.analyses.push_back(analysis(optimisation_job, final_step_, std::move(block), begin));
     }
 
-    void add_frequency_job() {
-        auto const step_id = static_cast<std::uint32_t>(shape_.steps + 1);
-        SourcePosition const job_begin = output_.here();
+    // The frequency and TD-DFT jobs each run one step on the optimised
+    // geometry, linked to the optimisation.
+    qc::CalculationStep follow_up_step(std::uint32_t job_id, std::uint32_t step_id) const {
         qc::CalculationStep step;
         step.id = qc::StepId(step_id);
-        step.job_id = qc::JobId(frequency_job);
+        step.job_id = qc::JobId(job_id);
         step.system_id = chem::SystemId(system_id);
         step.ordinal = 1;
         step.frame_id = chem::FrameId(final_step_);
+        return step;
+    }
+
+    qc::CalculationJob follow_up_job(std::uint32_t job_id, std::uint32_t ordinal, std::uint32_t step_id,
+                                     SourcePosition const& job_begin) {
+        qc::CalculationJob job;
+        job.id = qc::JobId(job_id);
+        job.system_id = chem::SystemId(system_id);
+        job.ordinal = ordinal;
+        job.parent_job_id = qc::JobId(optimisation_job);
+        job.relation = qc::JobRelation::link;
+        job.basis_set = "def2-TZVP";
+        job.step_ids = {qc::StepId(step_id)};
+        job.termination = {qc::TerminationKind::normal, "", output_.span(1)};
+        job.source = output_.span_from(job_begin);
+        return job;
+    }
+
+    void add_frequency_job() {
+        auto const step_id = static_cast<std::uint32_t>(shape_.steps + 1);
+        SourcePosition const job_begin = output_.here();
+        qc::CalculationStep step = follow_up_step(frequency_job, step_id);
         step.energies.push_back(energy(1, qc::EnergyKind::scf, "SCF energy", "HF", final_scf_energy_));
         step.energies.push_back(energy(2, qc::EnergyKind::correlated, "MP2 total energy", "RI-MP2", final_energy_));
         step.primary_energy_id = qc::EnergyId(2);
@@ -645,19 +667,10 @@ private:
         double const zero_point = add_vibrations(step_id);
         add_thermochemistry(step_id, zero_point);
 
-        qc::CalculationJob job;
-        job.id = qc::JobId(frequency_job);
-        job.system_id = chem::SystemId(system_id);
-        job.ordinal = 2;
-        job.parent_job_id = qc::JobId(optimisation_job);
-        job.relation = qc::JobRelation::link;
+        qc::CalculationJob job = follow_up_job(frequency_job, 2, step_id, job_begin);
         job.tasks = {qc::TaskKind::frequency};
         job.primary_task = qc::TaskKind::frequency;
         job.method = "RI-MP2";
-        job.basis_set = "def2-TZVP";
-        job.step_ids = {qc::StepId(step_id)};
-        job.termination = {qc::TerminationKind::normal, "", output_.span(1)};
-        job.source = output_.span_from(job_begin);
         document_.jobs.push_back(std::move(job));
     }
 
@@ -738,12 +751,7 @@ private:
         auto const step_id = static_cast<std::uint32_t>(shape_.steps + 2);
         SourcePosition const job_begin = output_.here();
         double const ground = final_scf_energy_ - 0.009 * electrons_ + random_.uniform(-0.01, 0.01);
-        qc::CalculationStep step;
-        step.id = qc::StepId(step_id);
-        step.job_id = qc::JobId(excited_state_job);
-        step.system_id = chem::SystemId(system_id);
-        step.ordinal = 1;
-        step.frame_id = chem::FrameId(final_step_);
+        qc::CalculationStep step = follow_up_step(excited_state_job, step_id);
         step.energies.push_back(energy(1, qc::EnergyKind::scf, "Total Energy", "CAM-B3LYP", ground));
         step.primary_energy_id = qc::EnergyId(1);
         output_.lines(30);
@@ -752,20 +760,11 @@ private:
 
         add_excited_states(step_id, ground);
 
-        qc::CalculationJob job;
-        job.id = qc::JobId(excited_state_job);
-        job.system_id = chem::SystemId(system_id);
-        job.ordinal = 3;
-        job.parent_job_id = qc::JobId(optimisation_job);
-        job.relation = qc::JobRelation::link;
+        qc::CalculationJob job = follow_up_job(excited_state_job, 3, step_id, job_begin);
         job.tasks = {qc::TaskKind::single_point, qc::TaskKind::excited_state};
         job.primary_task = qc::TaskKind::excited_state;
         job.method = "CAM-B3LYP";
-        job.basis_set = "def2-TZVP";
         job.keywords = "! CAM-B3LYP def2-TZVP TightSCF";
-        job.step_ids = {qc::StepId(step_id)};
-        job.termination = {qc::TerminationKind::normal, "", output_.span(1)};
-        job.source = output_.span_from(job_begin);
         document_.jobs.push_back(std::move(job));
     }
 
