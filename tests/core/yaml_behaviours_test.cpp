@@ -10,8 +10,6 @@
 
 #include <morv/model/extension_value.hpp>
 
-#include <cmath>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -23,7 +21,6 @@ using model::ExtensionValue;
 using model::ParseStatus;
 using Items = std::vector<ExtensionValue>;
 using Strings = std::vector<std::string>;
-using Doubles = std::vector<double>;
 
 ExtensionValue nested_arrays(int depth) {
     ExtensionValue value{nullptr};
@@ -75,11 +72,7 @@ TEST(YamlLoadLimits, TextThatTheWriterProducesButTheLoaderRefuses) {
          not_loaded(55, "end of map flow not found")},
         {"1023-byte metadata key", with_metadata(std::string(1023, 'k'), 1ll),
          not_loaded(67, "end of map flow not found")},
-        {"1023-byte key inside an extension", with_extension("x", {std::map<std::string, ExtensionValue>{
-                                                                       {std::string(1023, 'k'), {true}}}}),
-         not_loaded(404, "end of map flow not found")},
-        // Escapes count as written: 170 NUL bytes are 1020 characters, 171 are 1026.
-        {"170 NUL bytes as a key", with_extension(std::string(170, '\0'), {nullptr}), {}},
+        // Escapes count as written: 171 NUL bytes are 1026 characters.
         {"171 NUL bytes as a key", with_extension(std::string(171, '\0'), {nullptr}),
          not_loaded(2, "end of map flow not found")},
         // Bytes are counted, not characters.
@@ -132,15 +125,7 @@ TEST(RetypingOverReads, QuotedInfinityAndNanTextsInAMetadataArrayBecomeNumbersTh
         SCOPED_TRACE(c.texts.front());
         EXPECT_EQ(metadata_over_writes(with_metadata("a", c.written), static_cast<int>(c.texts.size())), c.texts);
     }
-    auto const first = deserialize(serialize(with_metadata("a", Strings{".inf", ".nan"}))).value.metadata.at("a");
-    auto const& numbers = std::get<Doubles>(first);
-    ASSERT_EQ(numbers.size(), 2u);
-    EXPECT_EQ(numbers[0], inf);
-    EXPECT_TRUE(std::isnan(numbers[1]));
 }
-
-// "x" sorts behind every fixed key, so its member closes the text.
-std::string last_member(std::string const& text) { return text.substr(text.rfind(',') + 1); }
 
 TEST(RetypingOverReads, ANegativeZeroExtensionBecomesSignedThenUnsigned) {
     // -0.0 is written as -0; a text that begins with "-" and converts whole
@@ -150,8 +135,6 @@ TEST(RetypingOverReads, ANegativeZeroExtensionBecomesSignedThenUnsigned) {
         reads.push_back(deserialize(serialize(with_extension("x", reads.back()))).value.extensions.at("x"));
     }
     EXPECT_EQ(reads, (std::vector<ExtensionValue>{{-0.0}, {0ll}, {0ull}, {0ull}}));
-    EXPECT_EQ(last_member(serialize(with_extension("x", reads[0]))), R"("x":-0})");
-    EXPECT_EQ(last_member(serialize(with_extension("x", reads[1]))), R"("x":0})");
 }
 
 }  // namespace
