@@ -102,14 +102,6 @@ TEST(FieldReaders, ConvertWithTheToleranceOfTheParser) {
     }
 }
 
-TEST(FieldReaders, LookupInAScalarOrAMissingNodeEndsTheDecode) {
-    DocumentResult result;
-    Node const root = load_text(R"({"s": 5})");
-    EXPECT_THROW(read_int_field(result, root["s"], "a", true), YAML::BadSubscript);
-    EXPECT_THROW(read_int_field(result, root["missing"], "a", true), YAML::InvalidNode);
-    EXPECT_TRUE(result.diagnostics.empty());
-}
-
 TEST(FieldReaders, Vec3ReadsAllThreeComponentsAndIsAllOrNothing) {
     expect_reads(read_vec3, {
         {R"({"x": 1, "y": -2.5, "z": "3"})", chem::Vec3{1, -2.5, 3}, {}},
@@ -117,14 +109,6 @@ TEST(FieldReaders, Vec3ReadsAllThreeComponentsAndIsAllOrNothing) {
         {R"({"x": "a", "y": [], "z": {}})", std::nullopt, {invalid("x"), invalid("y"), invalid("z")}},
         {"[0, 0, 0]", std::nullopt, {bad_vec3}},
     });
-}
-
-TEST(FieldReaders, DiagnosticsCarryNoSourceAndTheirOwnSeverity) {
-    DocumentResult result;
-    add_diagnostic(result, "c1", "m1");
-    add_warning(result, "c2", "m2");
-    EXPECT_EQ(result.diagnostics, (std::vector<model::Diagnostic>{{model::Severity::error, "c1", "m1", std::nullopt},
-                                                                  {model::Severity::warning, "c2", "m2", std::nullopt}}));
 }
 
 }  // namespace

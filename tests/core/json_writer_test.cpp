@@ -65,13 +65,6 @@ TEST(JsonWriter, StringsEscapeQuotesBackslashesAndControlBytesOnly) {
     EXPECT_EQ(compact(object), R"({"line\nbreak":"x"})");
 }
 
-TEST(JsonWriter, EscapesLeaveTheStreamDecimal) {
-    std::ostringstream out;
-    write_json_string(out, "\x1f");
-    out << 255 << '|' << std::string("x");
-    EXPECT_EQ(out.str(), "\"\\u001f\"255|x");
-}
-
 TEST(JsonValue, AssignmentAndAccessReplaceWhateverTheValueHeld) {
     JsonValue object;
     object["k"] = 1;
