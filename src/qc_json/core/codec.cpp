@@ -1,4 +1,5 @@
 #include "core/document.hpp"
+#include "core/json_tree.hpp"
 #include "core/json_writer.hpp"
 #include "core/node.hpp"
 
@@ -6,6 +7,7 @@
 
 #include <yaml-cpp/exceptions.h>
 
+#include <optional>
 #include <sstream>
 #include <string>
 
@@ -34,7 +36,7 @@ std::string serialize(model::ParseResult<Document> const& result, SerializeOptio
     return print_document(write_document(result.value, result.status, result.diagnostics), options);
 }
 
-model::ParseResult<Document> deserialize(std::string_view text) {
+DocumentResult decode_through_yaml(std::string_view text) {
     std::string const copy(text);
     try {
         return read_document(load_text(copy));
@@ -46,6 +48,17 @@ model::ParseResult<Document> deserialize(std::string_view text) {
                                                        std::nullopt});
         return failed;
     }
+}
+
+model::ParseResult<Document> deserialize(std::string_view text) {
+    if (std::optional<JsonTree> const tree = load_strict_json(text)) {
+        try {
+            return read_document(Node(*tree, 0));
+        } catch (YAML::Exception const&) {
+            // The decode fails, and yaml-cpp is left to say why in its own words.
+        }
+    }
+    return decode_through_yaml(text);
 }
 
 }  // namespace morv::qc::json

@@ -8,6 +8,7 @@
 #include <morv/model/parse_result.hpp>
 #include <morv/qc/document.hpp>
 
+#include <string_view>
 #include <vector>
 
 namespace morv::qc::json {
@@ -19,5 +20,10 @@ JsonValue write_document(Document const& document, model::ParseStatus status,
 // Walks the root of a loaded text. Exceptions of the YAML::Exception family
 // leave it; the caller turns them into the "qc.json.parse_failed" result.
 DocumentResult read_document(Node const& root);
+
+// The decode of `deserialize` done through YAML::Load alone. It defines what
+// every decode gives; the tree of a strict JSON text is only a faster way to
+// the same result.
+DocumentResult decode_through_yaml(std::string_view text);
 
 }  // namespace morv::qc::json

@@ -1,49 +1,195 @@
 #include "core/node.hpp"
 
+#include "core/scalar_conversion.hpp"
+
 #include <yaml-cpp/yaml.h>
 
+#include <cstring>
 #include <string>
 
 namespace morv::qc::json {
+namespace {
 
-Node Node::operator[](char const* key) const {
-    YAML::Node const& parent = node_;
-    return Node(parent[key]);
-}
-
-bool Node::defined() const { return node_.IsDefined(); }
-
-bool Node::is_null() const { return defined() && node_.IsNull(); }
-
-bool Node::is_scalar() const { return defined() && node_.IsScalar(); }
-
-bool Node::is_sequence() const { return defined() && node_.IsSequence(); }
-
-bool Node::is_map() const { return defined() && node_.IsMap(); }
-
-std::string const& Node::tag() const { return node_.Tag(); }
-
-std::string const& Node::scalar() const { return node_.Scalar(); }
-
-std::size_t Node::size() const { return node_.size(); }
+// The exceptions that yaml-cpp throws in the same places. Their texts never
+// reach a diagnostic: a decode of the tree that ends in one is run again
+// through yaml-cpp, which words the failure itself.
+[[noreturn]] void throw_invalid_node() { throw YAML::InvalidNode(""); }
 
 template <typename T>
-T Node::as() const {
-    return node_.as<T>();
+[[noreturn]] void throw_bad_conversion() {
+    throw YAML::TypedBadConversion<T>(YAML::Mark::null_mark());
+}
+
+bool text_equals(std::string_view text, char const* key) {
+    std::size_t const length = std::strlen(key);
+    return text.size() == length && std::memcmp(text.data(), key, length) == 0;
+}
+
+}  // namespace
+
+Node Node::operator[](char const* key) const {
+    TreeRef const* ref = tree_ref();
+    if (!ref) {
+        YAML::Node const& parent = yaml();
+        return Node(parent[key]);
+    }
+    if (!ref->defined()) {
+        throw_invalid_node();
+    }
+    TreeValue const& parent = ref->value();
+    JsonTree const& tree = *ref->tree;
+    switch (parent.kind) {
+        case TreeKind::plain:
+        case TreeKind::quoted: throw YAML::BadSubscript(YAML::Mark::null_mark(), key);
+        case TreeKind::map:
+            for (std::uint32_t index = ref->index + 1; index != parent.next; index = tree[index + 1].next) {
+                if (text_equals(tree.text(tree[index]), key)) {
+                    return Node(tree, index + 1);
+                }
+            }
+            break;
+        case TreeKind::null:
+        case TreeKind::sequence: break;
+    }
+    return Node(tree, tree.end());
+}
+
+bool Node::defined() const {
+    if (TreeRef const* ref = tree_ref()) {
+        return ref->defined();
+    }
+    return yaml().IsDefined();
+}
+
+bool Node::has_kind(TreeKind kind, YAML::NodeType::value type) const {
+    if (TreeRef const* ref = tree_ref()) {
+        return ref->defined() && ref->value().kind == kind;
+    }
+    return yaml().IsDefined() && yaml().Type() == type;
+}
+
+bool Node::is_null() const { return has_kind(TreeKind::null, YAML::NodeType::Null); }
+
+bool Node::is_scalar() const {
+    return has_kind(TreeKind::plain, YAML::NodeType::Scalar) || has_kind(TreeKind::quoted, YAML::NodeType::Scalar);
+}
+
+bool Node::is_sequence() const { return has_kind(TreeKind::sequence, YAML::NodeType::Sequence); }
+
+bool Node::is_map() const { return has_kind(TreeKind::map, YAML::NodeType::Map); }
+
+std::string_view Node::tag() const {
+    TreeRef const* ref = tree_ref();
+    if (!ref) {
+        return yaml().Tag();
+    }
+    if (!ref->defined()) {
+        throw_invalid_node();
+    }
+    switch (ref->value().kind) {
+        case TreeKind::null: return "";
+        case TreeKind::quoted: return "!";
+        case TreeKind::plain:
+        case TreeKind::sequence:
+        case TreeKind::map: break;
+    }
+    return "?";
+}
+
+std::string_view Node::scalar() const {
+    TreeRef const* ref = tree_ref();
+    if (!ref) {
+        return yaml().Scalar();
+    }
+    if (!ref->defined()) {
+        throw_invalid_node();
+    }
+    TreeValue const& value = ref->value();
+    if (value.kind == TreeKind::plain || value.kind == TreeKind::quoted) {
+        return ref->tree->text(value);
+    }
+    return {};
+}
+
+std::size_t Node::size() const {
+    TreeRef const* ref = tree_ref();
+    if (!ref) {
+        return yaml().size();
+    }
+    if (!ref->defined()) {
+        throw_invalid_node();
+    }
+    TreeValue const& value = ref->value();
+    return value.kind == TreeKind::sequence || value.kind == TreeKind::map ? value.size : 0;
 }
 
 template <typename T>
 std::optional<T> Node::try_as() const {
-    try {
-        return node_.as<T>();
-    } catch (YAML::Exception const&) {
+    TreeRef const* ref = tree_ref();
+    if (!ref) {
+        try {
+            return yaml().as<T>();
+        } catch (YAML::Exception const&) {
+            return std::nullopt;
+        }
+    }
+    if (!ref->defined()) {
         return std::nullopt;
     }
+    TreeValue const& value = ref->value();
+    if constexpr (std::is_same_v<T, std::string>) {
+        if (value.kind == TreeKind::null) {
+            return std::string("null");
+        }
+    }
+    if (value.kind != TreeKind::plain && value.kind != TreeKind::quoted) {
+        return std::nullopt;
+    }
+    return convert_scalar<T>(ref->tree->text(value));
 }
 
-Node::Elements Node::elements() const { return Elements(node_); }
+template <typename T>
+T Node::as() const {
+    TreeRef const* ref = tree_ref();
+    if (!ref) {
+        return yaml().as<T>();
+    }
+    if (!ref->defined()) {
+        throw_invalid_node();
+    }
+    if (std::optional<T> value = try_as<T>()) {
+        return std::move(*value);
+    }
+    throw_bad_conversion<T>();
+}
 
-Node::Members Node::members() const { return Members(node_); }
+Node::Elements Node::elements() const {
+    TreeRef const* ref = tree_ref();
+    if (!ref) {
+        return Elements(ElementIterator(yaml().begin()), ElementIterator(yaml().end()));
+    }
+    std::uint32_t first = ref->index;
+    std::uint32_t end = ref->index;
+    if (ref->defined() && ref->value().kind == TreeKind::sequence) {
+        first = ref->index + 1;
+        end = ref->value().next;
+    }
+    return Elements(ElementIterator(*ref->tree, first), ElementIterator(*ref->tree, end));
+}
+
+Node::Members Node::members() const {
+    TreeRef const* ref = tree_ref();
+    if (!ref) {
+        return Members(MemberIterator(yaml().begin()), MemberIterator(yaml().end()));
+    }
+    std::uint32_t first = ref->index;
+    std::uint32_t end = ref->index;
+    if (ref->defined() && ref->value().kind == TreeKind::map) {
+        first = ref->index + 1;
+        end = ref->value().next;
+    }
+    return Members(MemberIterator(*ref->tree, first), MemberIterator(*ref->tree, end));
+}
 
 Node load_text(std::string const& text) { return Node(YAML::Load(text)); }
 

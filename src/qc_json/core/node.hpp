@@ -1,26 +1,34 @@
 #pragma once
 
-// The one door through which the readers reach the parsed text. It keeps the
-// lookup and conversion rules of a yaml-cpp node: looking a key up in a
-// scalar, or in a node that a missing key gave, throws YAML::Exception, and
-// that exception ends the whole decode. Nothing outside this layer and the
-// entry points includes yaml-cpp.
+// The one door through which the readers reach the parsed text. A node is
+// either a value of the tree of a strict JSON text or a yaml-cpp node, and it
+// keeps the lookup and conversion rules of a yaml-cpp node in both cases:
+// looking a key up in a scalar, or in a node that a missing key gave, throws
+// YAML::Exception, and that exception ends the whole decode. Nothing outside
+// this layer and the entry points includes yaml-cpp.
+
+#include "core/json_tree.hpp"
 
 #include <yaml-cpp/yaml.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <variant>
 
 namespace morv::qc::json {
 
 class Node {
 public:
-    Node() = default;
     explicit Node(YAML::Node node) : node_(std::move(node)) {}
+    // The value at `index` of `tree`.
+    Node(JsonTree const& tree, std::uint32_t index) : node_(TreeRef{&tree, index}) {}
 
     // The child at `key`. A sequence or null parent yields an undefined node;
-    // a scalar parent or an undefined parent throws.
+    // a scalar parent or an undefined parent throws. A map yields the value
+    // of the first pair with that key.
     Node operator[](char const* key) const;
 
     bool defined() const;
@@ -31,9 +39,9 @@ public:
     bool is_map() const;
 
     // "!" for a quoted scalar.
-    std::string const& tag() const;
+    std::string_view tag() const;
     // Empty for anything but a scalar.
-    std::string const& scalar() const;
+    std::string_view scalar() const;
     std::size_t size() const;
 
     // yaml-cpp's conversion; throws YAML::Exception when it refuses.
@@ -48,7 +56,9 @@ public:
     class MemberIterator;
     struct Member;
 
-    // Children of a sequence, in text order.
+    // Children of a sequence, in text order. The readers test the kind of a
+    // node before they walk it; on the tree, anything but a sequence has no
+    // elements and anything but a map no members.
     class Elements;
     Elements elements() const;
     // Key and value pairs of a map, in text order.
@@ -56,7 +66,20 @@ public:
     Members members() const;
 
 private:
-    YAML::Node node_;
+    struct TreeRef {
+        // An index past the end of the tree marks an undefined node.
+        JsonTree const* tree;
+        std::uint32_t index;
+
+        bool defined() const { return index < tree->end(); }
+        TreeValue const& value() const { return (*tree)[index]; }
+    };
+
+    TreeRef const* tree_ref() const { return std::get_if<TreeRef>(&node_); }
+    YAML::Node const& yaml() const { return std::get<YAML::Node>(node_); }
+    bool has_kind(TreeKind kind, YAML::NodeType::value type) const;
+
+    std::variant<TreeRef, YAML::Node> node_;
 };
 
 struct Node::Member {
@@ -64,56 +87,78 @@ struct Node::Member {
     Node value;
 };
 
+// On the tree an iterator is an index; on yaml-cpp it is yaml-cpp's own.
 class Node::ElementIterator {
 public:
+    ElementIterator(JsonTree const& tree, std::uint32_t index) : tree_(&tree), index_(index) {}
     explicit ElementIterator(YAML::const_iterator it) : it_(std::move(it)) {}
-    Node operator*() const { return Node(*it_); }
+
+    Node operator*() const { return tree_ ? Node(*tree_, index_) : Node(*it_); }
     ElementIterator& operator++() {
-        ++it_;
+        if (tree_) {
+            index_ = (*tree_)[index_].next;
+        } else {
+            ++it_;
+        }
         return *this;
     }
-    bool operator!=(ElementIterator const& other) const { return it_ != other.it_; }
+    bool operator!=(ElementIterator const& other) const { return tree_ ? index_ != other.index_ : it_ != other.it_; }
 
 private:
+    JsonTree const* tree_ = nullptr;
+    std::uint32_t index_ = 0;
     YAML::const_iterator it_;
 };
 
+// On the tree a pair is a key at `index_` followed by its value.
 class Node::MemberIterator {
 public:
+    MemberIterator(JsonTree const& tree, std::uint32_t index) : tree_(&tree), index_(index) {}
     explicit MemberIterator(YAML::const_iterator it) : it_(std::move(it)) {}
-    Member operator*() const { return Member{Node(it_->first), Node(it_->second)}; }
+
+    Member operator*() const {
+        return tree_ ? Member{Node(*tree_, index_), Node(*tree_, index_ + 1)} : Member{Node(it_->first), Node(it_->second)};
+    }
     MemberIterator& operator++() {
-        ++it_;
+        if (tree_) {
+            index_ = (*tree_)[index_ + 1].next;
+        } else {
+            ++it_;
+        }
         return *this;
     }
-    bool operator!=(MemberIterator const& other) const { return it_ != other.it_; }
+    bool operator!=(MemberIterator const& other) const { return tree_ ? index_ != other.index_ : it_ != other.it_; }
 
 private:
+    JsonTree const* tree_ = nullptr;
+    std::uint32_t index_ = 0;
     YAML::const_iterator it_;
 };
 
-class Node::Elements {
+template <typename Iterator>
+class NodeRange {
 public:
-    explicit Elements(YAML::Node node) : node_(std::move(node)) {}
-    ElementIterator begin() const { return ElementIterator(node_.begin()); }
-    ElementIterator end() const { return ElementIterator(node_.end()); }
+    NodeRange(Iterator begin, Iterator end) : begin_(std::move(begin)), end_(std::move(end)) {}
+    Iterator begin() const { return begin_; }
+    Iterator end() const { return end_; }
 
 private:
-    // Held by value so that a range taken from a temporary node stays valid.
-    YAML::Node node_;
+    // A yaml-cpp iterator keeps its node alive, so a range taken from a
+    // temporary node stays valid.
+    Iterator begin_;
+    Iterator end_;
 };
 
-class Node::Members {
-public:
-    explicit Members(YAML::Node node) : node_(std::move(node)) {}
-    MemberIterator begin() const { return MemberIterator(node_.begin()); }
-    MemberIterator end() const { return MemberIterator(node_.end()); }
-
-private:
-    YAML::Node node_;
+class Node::Elements : public NodeRange<ElementIterator> {
+    using NodeRange::NodeRange;
 };
 
-// Parses a whole text; throws YAML::Exception when yaml-cpp refuses it.
+class Node::Members : public NodeRange<MemberIterator> {
+    using NodeRange::NodeRange;
+};
+
+// Parses a whole text with yaml-cpp; throws YAML::Exception when yaml-cpp
+// refuses it.
 Node load_text(std::string const& text);
 
 }  // namespace morv::qc::json

@@ -15,9 +15,9 @@ namespace {
 using model::ExtensionValue;
 
 ExtensionValue read_extension_scalar(Node const& node) {
-    std::string const& text = node.scalar();
+    std::string text(node.scalar());
     if (node.tag() == "!") {
-        return {text};
+        return {std::move(text)};
     }
     if (text == "null") {
         return {nullptr};
@@ -36,7 +36,7 @@ ExtensionValue read_extension_scalar(Node const& node) {
     if (auto const value = whole_double(text); value && std::fabs(*value) <= std::numeric_limits<double>::max()) {
         return {*value};
     }
-    return {text};
+    return {std::move(text)};
 }
 
 struct ToJson {

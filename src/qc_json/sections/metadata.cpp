@@ -10,7 +10,7 @@ namespace morv::qc::json {
 namespace {
 
 MetadataValue read_metadata_scalar(Node const& node) {
-    std::string const& text = node.scalar();
+    std::string text(node.scalar());
     // A quoted scalar is text whatever it looks like.
     if (node.tag() == "!") {
         return text;
@@ -34,7 +34,7 @@ MetadataValue read_metadata_array(Node const& node) {
     std::vector<double> numbers;
     bool all_numeric = true;
     for (Node const element : node.elements()) {
-        texts.push_back(element.scalar());
+        texts.emplace_back(element.scalar());
         if (auto const number = element.try_as<double>()) {
             numbers.push_back(*number);
         } else {

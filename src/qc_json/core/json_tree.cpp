@@ -1,0 +1,354 @@
+#include "core/json_tree.hpp"
+
+#include <cstddef>
+#include <cstring>
+#include <limits>
+
+namespace morv::qc::json {
+namespace {
+
+// yaml-cpp refuses nesting a little short of 500 levels. Real documents are
+// a dozen deep, so the tree declines long before yaml-cpp would.
+constexpr int max_depth = 256;
+
+// yaml-cpp refuses a key whose opening quote stands more than 1,024 bytes
+// before its colon; keys that come anywhere near are left to it.
+constexpr std::ptrdiff_t max_key_to_colon = 1000;
+
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+int hex_value(char c) {
+    if (c >= '0' && c <= '9') {
+        return c - '0';
+    }
+    if (c >= 'a' && c <= 'f') {
+        return c - 'a' + 10;
+    }
+    if (c >= 'A' && c <= 'F') {
+        return c - 'A' + 10;
+    }
+    return -1;
+}
+
+void append_utf8(std::string& out, unsigned code_point) {
+    if (code_point < 0x80) {
+        out.push_back(static_cast<char>(code_point));
+    } else if (code_point < 0x800) {
+        out.push_back(static_cast<char>(0xC0 | (code_point >> 6)));
+        out.push_back(static_cast<char>(0x80 | (code_point & 0x3F)));
+    } else {
+        out.push_back(static_cast<char>(0xE0 | (code_point >> 12)));
+        out.push_back(static_cast<char>(0x80 | ((code_point >> 6) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | (code_point & 0x3F)));
+    }
+}
+
+}  // namespace
+
+class StrictJsonLoader {
+public:
+    explicit StrictJsonLoader(std::string_view text)
+        : begin_(text.data()), p_(text.data()), end_(text.data() + text.size()) {
+        tree_.source_ = text;
+    }
+
+    std::optional<JsonTree> load() {
+        if (end_ - begin_ >= std::numeric_limits<std::uint32_t>::max()) {
+            return std::nullopt;
+        }
+        // Generated and hand-written documents alike hold about one value
+        // per dozen bytes; a guess on the low side costs one reallocation.
+        tree_.values_.reserve(static_cast<std::size_t>(end_ - begin_) / 16);
+        if (!skip_blanks() || p_ == end_ || (*p_ != '{' && *p_ != '[')) {
+            return std::nullopt;
+        }
+        if (!parse_value(0) || !skip_blanks() || p_ != end_) {
+            return std::nullopt;
+        }
+        return std::move(tree_);
+    }
+
+private:
+    // Blanks between tokens. A CR must start a CRLF: yaml-cpp does not take a
+    // lone CR for a line break.
+    bool skip_blanks() {
+        while (p_ != end_) {
+            char const c = *p_;
+            if (c == ' ' || c == '\t' || c == '\n') {
+                ++p_;
+            } else if (c == '\r') {
+                if (end_ - p_ < 2 || p_[1] != '\n') {
+                    return false;
+                }
+                p_ += 2;
+            } else {
+                break;
+            }
+        }
+        return true;
+    }
+
+    // yaml-cpp refuses a line break between a key and its colon.
+    void skip_blanks_within_line() {
+        while (p_ != end_ && (*p_ == ' ' || *p_ == '\t')) {
+            ++p_;
+        }
+    }
+
+    bool at(char c) const { return p_ != end_ && *p_ == c; }
+
+    bool parse_value(int depth) {
+        switch (*p_) {
+            case '{': return parse_map(depth + 1);
+            case '[': return parse_sequence(depth + 1);
+            case '"': return parse_string();
+            case 't': return parse_literal("true", TreeKind::plain);
+            case 'f': return parse_literal("false", TreeKind::plain);
+            case 'n': return parse_literal("null", TreeKind::null);
+            default: return parse_number();
+        }
+    }
+
+    std::uint32_t open(TreeKind kind) {
+        tree_.values_.push_back(TreeValue{0, 0, 0, kind, false});
+        return static_cast<std::uint32_t>(tree_.values_.size() - 1);
+    }
+
+    void close(std::uint32_t index, std::uint32_t count) {
+        TreeValue& container = tree_.values_[index];
+        container.size = count;
+        container.next = tree_.end();
+    }
+
+    void push_scalar(TreeKind kind, std::size_t offset, std::size_t size, bool decoded) {
+        auto const index = static_cast<std::uint32_t>(tree_.values_.size());
+        tree_.values_.push_back(TreeValue{static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(size),
+                                          index + 1, kind, decoded});
+    }
+
+    // After an element or a pair: true at the closing bracket, and past a
+    // comma at the start of the next one.
+    bool next_entry(char close_bracket, bool& closed) {
+        if (!skip_blanks() || p_ == end_) {
+            return false;
+        }
+        if (*p_ == close_bracket) {
+            ++p_;
+            closed = true;
+            return true;
+        }
+        if (*p_ != ',') {
+            return false;
+        }
+        ++p_;
+        return skip_blanks() && p_ != end_;
+    }
+
+    bool parse_sequence(int depth) {
+        if (depth > max_depth) {
+            return false;
+        }
+        std::uint32_t const index = open(TreeKind::sequence);
+        ++p_;
+        if (!skip_blanks() || p_ == end_) {
+            return false;
+        }
+        std::uint32_t count = 0;
+        bool closed = at(']');
+        if (closed) {
+            ++p_;
+        }
+        while (!closed) {
+            if (!parse_value(depth)) {
+                return false;
+            }
+            ++count;
+            if (!next_entry(']', closed)) {
+                return false;
+            }
+        }
+        close(index, count);
+        return true;
+    }
+
+    bool parse_map(int depth) {
+        if (depth > max_depth) {
+            return false;
+        }
+        std::uint32_t const index = open(TreeKind::map);
+        ++p_;
+        if (!skip_blanks() || p_ == end_) {
+            return false;
+        }
+        std::uint32_t count = 0;
+        bool closed = at('}');
+        if (closed) {
+            ++p_;
+        }
+        while (!closed) {
+            char const* const key = p_;
+            if (*p_ != '"' || !parse_string()) {
+                return false;
+            }
+            skip_blanks_within_line();
+            if (!at(':') || p_ - key > max_key_to_colon) {
+                return false;
+            }
+            ++p_;
+            if (!skip_blanks() || p_ == end_ || !parse_value(depth)) {
+                return false;
+            }
+            ++count;
+            if (!next_entry('}', closed)) {
+                return false;
+            }
+        }
+        close(index, count);
+        return true;
+    }
+
+    bool parse_literal(char const* word, TreeKind kind) {
+        std::size_t const length = std::strlen(word);
+        if (static_cast<std::size_t>(end_ - p_) < length || std::memcmp(p_, word, length) != 0) {
+            return false;
+        }
+        push_scalar(kind, static_cast<std::size_t>(p_ - begin_), kind == TreeKind::null ? 0 : length, false);
+        p_ += length;
+        return true;
+    }
+
+    bool skip_digits() {
+        char const* const first = p_;
+        while (p_ != end_ && is_digit(*p_)) {
+            ++p_;
+        }
+        return p_ != first;
+    }
+
+    bool parse_number() {
+        char const* const start = p_;
+        if (at('-')) {
+            ++p_;
+        }
+        if (at('0')) {
+            ++p_;
+        } else if (!skip_digits()) {
+            return false;
+        }
+        if (at('.')) {
+            ++p_;
+            if (!skip_digits()) {
+                return false;
+            }
+        }
+        if (at('e') || at('E')) {
+            ++p_;
+            if (at('+') || at('-')) {
+                ++p_;
+            }
+            if (!skip_digits()) {
+                return false;
+            }
+        }
+        push_scalar(TreeKind::plain, static_cast<std::size_t>(start - begin_), static_cast<std::size_t>(p_ - start),
+                    false);
+        return true;
+    }
+
+    // Most strings hold no escape and stay views into the source.
+    bool parse_string() {
+        char const* const start = ++p_;
+        while (p_ != end_) {
+            auto const c = static_cast<unsigned char>(*p_);
+            if (c == '"') {
+                push_scalar(TreeKind::quoted, static_cast<std::size_t>(start - begin_),
+                            static_cast<std::size_t>(p_ - start), false);
+                ++p_;
+                return true;
+            }
+            if (c == '\\') {
+                return parse_escaped_string(start);
+            }
+            // yaml-cpp folds or refuses raw control characters and tabs.
+            if (c < 0x20) {
+                return false;
+            }
+            ++p_;
+        }
+        return false;
+    }
+
+    bool parse_escaped_string(char const* start) {
+        std::string& out = tree_.decoded_;
+        std::size_t const offset = out.size();
+        out.append(start, p_);
+        while (p_ != end_) {
+            auto const c = static_cast<unsigned char>(*p_);
+            if (c == '"') {
+                push_scalar(TreeKind::quoted, offset, out.size() - offset, true);
+                ++p_;
+                return true;
+            }
+            if (c < 0x20) {
+                return false;
+            }
+            if (c != '\\') {
+                out.push_back(static_cast<char>(c));
+                ++p_;
+            } else if (!decode_escape(out)) {
+                return false;
+            }
+        }
+        return false;
+    }
+
+    bool decode_escape(std::string& out) {
+        if (end_ - p_ < 2) {
+            return false;
+        }
+        char const letter = p_[1];
+        p_ += 2;
+        switch (letter) {
+            case '"': out.push_back('"'); return true;
+            case '\\': out.push_back('\\'); return true;
+            case '/': out.push_back('/'); return true;
+            case 'b': out.push_back('\b'); return true;
+            case 'f': out.push_back('\f'); return true;
+            case 'n': out.push_back('\n'); return true;
+            case 'r': out.push_back('\r'); return true;
+            case 't': out.push_back('\t'); return true;
+            case 'u': return decode_unicode_escape(out);
+            default: return false;
+        }
+    }
+
+    // yaml-cpp refuses every escape of a UTF-16 surrogate, even a valid pair.
+    bool decode_unicode_escape(std::string& out) {
+        if (end_ - p_ < 4) {
+            return false;
+        }
+        unsigned code_point = 0;
+        for (int i = 0; i < 4; ++i) {
+            int const digit = hex_value(p_[i]);
+            if (digit < 0) {
+                return false;
+            }
+            code_point = code_point * 16 + static_cast<unsigned>(digit);
+        }
+        if (code_point >= 0xD800 && code_point <= 0xDFFF) {
+            return false;
+        }
+        append_utf8(out, code_point);
+        p_ += 4;
+        return true;
+    }
+
+    char const* begin_;
+    char const* p_;
+    char const* end_;
+    JsonTree tree_;
+};
+
+std::optional<JsonTree> load_strict_json(std::string_view text) { return StrictJsonLoader(text).load(); }
+
+}  // namespace morv::qc::json

@@ -1,0 +1,129 @@
+#include "core/scalar_conversion.hpp"
+
+#include <yaml-cpp/yaml.h>
+
+#include <charconv>
+#include <string>
+#include <system_error>
+#include <type_traits>
+
+namespace morv::qc::json {
+namespace {
+
+template <typename T>
+std::optional<T> convert_with_yaml(std::string_view text) {
+    T value{};
+    if (YAML::convert<T>::decode(YAML::Node(std::string(text)), value)) {
+        return value;
+    }
+    return std::nullopt;
+}
+
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+// Digits from `at` on; the position after them.
+std::size_t skip_digits(std::string_view text, std::size_t at) {
+    while (at < text.size() && is_digit(text[at])) {
+        ++at;
+    }
+    return at;
+}
+
+// -?(0|[1-9][0-9]*): the decimal integers that a stream in yaml-cpp's
+// base-detecting mode reads as decimal, since none has a leading zero.
+// The position after the integer, or 0 when there is none.
+std::size_t skip_integer(std::string_view text) {
+    std::size_t at = !text.empty() && text[0] == '-' ? 1 : 0;
+    if (at < text.size() && text[at] == '0') {
+        return at + 1;
+    }
+    std::size_t const end = skip_digits(text, at);
+    return end == at ? 0 : end;
+}
+
+bool is_plain_integer(std::string_view text) {
+    std::size_t const end = skip_integer(text);
+    return end != 0 && end == text.size();
+}
+
+// The number grammar of JSON, with fraction and exponent.
+bool is_json_number(std::string_view text) {
+    std::size_t at = skip_integer(text);
+    if (at == 0) {
+        return false;
+    }
+    if (at < text.size() && text[at] == '.') {
+        std::size_t const end = skip_digits(text, at + 1);
+        if (end == at + 1) {
+            return false;
+        }
+        at = end;
+    }
+    if (at < text.size() && (text[at] == 'e' || text[at] == 'E')) {
+        ++at;
+        if (at < text.size() && (text[at] == '+' || text[at] == '-')) {
+            ++at;
+        }
+        std::size_t const end = skip_digits(text, at);
+        if (end == at) {
+            return false;
+        }
+        at = end;
+    }
+    return at == text.size();
+}
+
+// std::from_chars rounds correctly, as the stream's strtod does. Whatever it
+// does not take in full (a number out of range, an underflow) goes to
+// yaml-cpp, which has rules of its own for those.
+template <typename T>
+std::optional<T> convert_number(std::string_view text, bool spelled_plainly) {
+    if (spelled_plainly) {
+        T value{};
+        auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+        if (error == std::errc() && end == text.data() + text.size()) {
+            return value;
+        }
+    }
+    return convert_with_yaml<T>(text);
+}
+
+}  // namespace
+
+template <>
+std::optional<std::string> convert_scalar<std::string>(std::string_view text) {
+    return std::string(text);
+}
+
+template <>
+std::optional<bool> convert_scalar<bool>(std::string_view text) {
+    if (text == "true") {
+        return true;
+    }
+    if (text == "false") {
+        return false;
+    }
+    return convert_with_yaml<bool>(text);
+}
+
+template <>
+std::optional<double> convert_scalar<double>(std::string_view text) {
+    return convert_number<double>(text, is_json_number(text));
+}
+
+template <typename T>
+std::optional<T> convert_scalar(std::string_view text) {
+    static_assert(std::is_integral_v<T>);
+    // yaml-cpp refuses a minus sign in front of an unsigned number outright.
+    if (std::is_unsigned_v<T> && !text.empty() && text[0] == '-') {
+        return std::nullopt;
+    }
+    return convert_number<T>(text, is_plain_integer(text));
+}
+
+template std::optional<int> convert_scalar<int>(std::string_view);
+template std::optional<unsigned short> convert_scalar<unsigned short>(std::string_view);
+template std::optional<unsigned int> convert_scalar<unsigned int>(std::string_view);
+template std::optional<unsigned long long> convert_scalar<unsigned long long>(std::string_view);
+
+}  // namespace morv::qc::json
