@@ -114,10 +114,8 @@ std::optional<double> convert_scalar<double>(std::string_view text) {
 template <typename T>
 std::optional<T> convert_scalar(std::string_view text) {
     static_assert(std::is_integral_v<T>);
-    // yaml-cpp refuses a minus sign in front of an unsigned number outright.
-    if (std::is_unsigned_v<T> && !text.empty() && text[0] == '-') {
-        return std::nullopt;
-    }
+    // std::from_chars takes no minus sign for an unsigned type, and yaml-cpp
+    // refuses one outright.
     return convert_number<T>(text, is_plain_integer(text));
 }
 
