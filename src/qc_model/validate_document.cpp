@@ -1,9 +1,9 @@
 #include <morv/qc/model.hpp>
 
 #include <cstdint>
-#include <map>
-#include <set>
 #include <string>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace morv::qc {
@@ -11,7 +11,8 @@ namespace {
 
 using model::Diagnostic;
 using model::Severity;
-using IdSet = std::set<std::uint32_t>;
+// Hashed, so that a check costs time linear in the document.
+using IdSet = std::unordered_set<std::uint32_t>;
 
 // Ids of a list, with the second and later occurrences of an id reported as
 // they are met.
@@ -242,7 +243,7 @@ private:
     IdSet const job_ids_;
     IdSet const step_ids_;
     // The first system of an id is the one a frame is held against.
-    std::map<std::uint32_t, std::size_t> atom_counts_;
+    std::unordered_map<std::uint32_t, std::size_t> atom_counts_;
     std::vector<Diagnostic> findings_;
 };
 

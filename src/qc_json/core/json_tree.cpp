@@ -56,9 +56,6 @@ public:
         if (end_ - begin_ >= std::numeric_limits<std::uint32_t>::max()) {
             return std::nullopt;
         }
-        // Generated and hand-written documents alike hold about one value
-        // per dozen bytes; a guess on the low side costs one reallocation.
-        tree_.values_.reserve(static_cast<std::size_t>(end_ - begin_) / 16);
         if (!skip_blanks() || p_ == end_ || (*p_ != '{' && *p_ != '[')) {
             return std::nullopt;
         }
@@ -109,21 +106,17 @@ private:
         }
     }
 
-    std::uint32_t open(TreeKind kind) {
-        tree_.values_.push_back(TreeValue{0, 0, 0, kind, false});
-        return static_cast<std::uint32_t>(tree_.values_.size() - 1);
-    }
+    std::uint32_t open(TreeKind kind) { return tree_.push_back(TreeValue{0, 0, 0, kind, false}); }
 
     void close(std::uint32_t index, std::uint32_t count) {
-        TreeValue& container = tree_.values_[index];
+        TreeValue& container = tree_[index];
         container.size = count;
         container.next = tree_.end();
     }
 
     void push_scalar(TreeKind kind, std::size_t offset, std::size_t size, bool decoded) {
-        auto const index = static_cast<std::uint32_t>(tree_.values_.size());
-        tree_.values_.push_back(TreeValue{static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(size),
-                                          index + 1, kind, decoded});
+        tree_.push_back(TreeValue{static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(size), tree_.end() + 1,
+                                  kind, decoded});
     }
 
     // After an element or a pair: true at the closing bracket, and past a
@@ -250,7 +243,7 @@ private:
                 return false;
             }
         }
-        push_scalar(TreeKind::plain, static_cast<std::size_t>(start - begin_), static_cast<std::size_t>(p_ - start),
+        push_scalar(TreeKind::number, static_cast<std::size_t>(start - begin_), static_cast<std::size_t>(p_ - start),
                     false);
         return true;
     }

@@ -5,12 +5,14 @@
 // yaml-cpp reads to the very same nodes; for any other text the loader
 // declines, and the caller goes the long way through yaml-cpp.
 //
-// Values sit in one vector in text order, each container followed by all it
-// holds, so a walk needs no pointers and the tree costs a few allocations in
-// all. Scalar texts are views into the caller's text, or into the tree's own
-// buffer for strings whose escapes had to be decoded.
+// Values sit in text order, each container followed by all it holds, so a
+// walk needs no pointers. They are stored in chunks of fixed size, which
+// never move: the tree grows without the copy, and the double footprint, of
+// a vector that reallocates. Scalar texts are views into the caller's text,
+// or into the tree's own buffer for strings whose escapes had to be decoded.
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,7 +20,8 @@
 
 namespace morv::qc::json {
 
-enum class TreeKind : std::uint8_t { null, plain, quoted, sequence, map };
+// `number` is a number as strict JSON spells it, `plain` is true or false.
+enum class TreeKind : std::uint8_t { null, plain, number, quoted, sequence, map };
 
 struct TreeValue {
     // Where the text of a scalar starts, in the source or in the buffer of
@@ -34,8 +37,9 @@ struct TreeValue {
 
 class JsonTree {
 public:
-    TreeValue const& operator[](std::uint32_t index) const { return values_[index]; }
-    std::uint32_t end() const { return static_cast<std::uint32_t>(values_.size()); }
+    TreeValue const& operator[](std::uint32_t index) const { return chunks_[index / chunk_size][index % chunk_size]; }
+    TreeValue& operator[](std::uint32_t index) { return chunks_[index / chunk_size][index % chunk_size]; }
+    std::uint32_t end() const { return size_; }
 
     std::string_view text(TreeValue const& value) const {
         char const* const base = value.decoded ? decoded_.data() : source_.data();
@@ -45,9 +49,21 @@ public:
 private:
     friend class StrictJsonLoader;
 
+    // 64 K values, 1 MiB.
+    static constexpr std::uint32_t chunk_size = 1U << 16;
+
+    std::uint32_t push_back(TreeValue const& value) {
+        if (size_ % chunk_size == 0) {
+            chunks_.push_back(std::make_unique<TreeValue[]>(chunk_size));
+        }
+        (*this)[size_] = value;
+        return size_++;
+    }
+
     std::string_view source_;
     std::string decoded_;
-    std::vector<TreeValue> values_;
+    std::vector<std::unique_ptr<TreeValue[]>> chunks_;
+    std::uint32_t size_ = 0;
 };
 
 // The tree of `text`, its root at index 0; nothing when the text is not

@@ -4,7 +4,6 @@
 
 #include <yaml-cpp/yaml.h>
 
-#include <cstring>
 #include <string>
 
 namespace morv::qc::json {
@@ -20,9 +19,8 @@ template <typename T>
     throw YAML::TypedBadConversion<T>(YAML::Mark::null_mark());
 }
 
-bool text_equals(std::string_view text, char const* key) {
-    std::size_t const length = std::strlen(key);
-    return text.size() == length && std::memcmp(text.data(), key, length) == 0;
+bool is_scalar_kind(TreeKind kind) {
+    return kind == TreeKind::plain || kind == TreeKind::number || kind == TreeKind::quoted;
 }
 
 }  // namespace
@@ -38,18 +36,18 @@ Node Node::operator[](char const* key) const {
     }
     TreeValue const& parent = ref->value();
     JsonTree const& tree = *ref->tree;
-    switch (parent.kind) {
-        case TreeKind::plain:
-        case TreeKind::quoted: throw YAML::BadSubscript(YAML::Mark::null_mark(), key);
-        case TreeKind::map:
-            for (std::uint32_t index = ref->index + 1; index != parent.next; index = tree[index + 1].next) {
-                if (text_equals(tree.text(tree[index]), key)) {
-                    return Node(tree, index + 1);
-                }
+    if (is_scalar_kind(parent.kind)) {
+        throw YAML::BadSubscript(YAML::Mark::null_mark(), key);
+    }
+    if (parent.kind == TreeKind::map) {
+        // yaml-cpp compares a key as a std::string with a C string: a key
+        // with a NUL in it never matches.
+        std::string_view const wanted(key);
+        for (std::uint32_t index = ref->index + 1; index != parent.next; index = tree[index + 1].next) {
+            if (tree.text(tree[index]) == wanted) {
+                return Node(tree, index + 1);
             }
-            break;
-        case TreeKind::null:
-        case TreeKind::sequence: break;
+        }
     }
     return Node(tree, tree.end());
 }
@@ -71,7 +69,10 @@ bool Node::has_kind(TreeKind kind, YAML::NodeType::value type) const {
 bool Node::is_null() const { return has_kind(TreeKind::null, YAML::NodeType::Null); }
 
 bool Node::is_scalar() const {
-    return has_kind(TreeKind::plain, YAML::NodeType::Scalar) || has_kind(TreeKind::quoted, YAML::NodeType::Scalar);
+    if (TreeRef const* ref = tree_ref()) {
+        return ref->defined() && is_scalar_kind(ref->value().kind);
+    }
+    return yaml().IsDefined() && yaml().IsScalar();
 }
 
 bool Node::is_sequence() const { return has_kind(TreeKind::sequence, YAML::NodeType::Sequence); }
@@ -90,6 +91,7 @@ std::string_view Node::tag() const {
         case TreeKind::null: return "";
         case TreeKind::quoted: return "!";
         case TreeKind::plain:
+        case TreeKind::number:
         case TreeKind::sequence:
         case TreeKind::map: break;
     }
@@ -105,7 +107,7 @@ std::string_view Node::scalar() const {
         throw_invalid_node();
     }
     TreeValue const& value = ref->value();
-    if (value.kind == TreeKind::plain || value.kind == TreeKind::quoted) {
+    if (is_scalar_kind(value.kind)) {
         return ref->tree->text(value);
     }
     return {};
@@ -142,10 +144,10 @@ std::optional<T> Node::try_as() const {
             return std::string("null");
         }
     }
-    if (value.kind != TreeKind::plain && value.kind != TreeKind::quoted) {
+    if (!is_scalar_kind(value.kind)) {
         return std::nullopt;
     }
-    return convert_scalar<T>(ref->tree->text(value));
+    return convert_scalar<T>(ref->tree->text(value), value.kind == TreeKind::number);
 }
 
 template <typename T>

@@ -91,12 +91,12 @@ std::optional<T> convert_number(std::string_view text, bool spelled_plainly) {
 }  // namespace
 
 template <>
-std::optional<std::string> convert_scalar<std::string>(std::string_view text) {
+std::optional<std::string> convert_scalar<std::string>(std::string_view text, bool) {
     return std::string(text);
 }
 
 template <>
-std::optional<bool> convert_scalar<bool>(std::string_view text) {
+std::optional<bool> convert_scalar<bool>(std::string_view text, bool) {
     if (text == "true") {
         return true;
     }
@@ -107,21 +107,22 @@ std::optional<bool> convert_scalar<bool>(std::string_view text) {
 }
 
 template <>
-std::optional<double> convert_scalar<double>(std::string_view text) {
-    return convert_number<double>(text, is_json_number(text));
+std::optional<double> convert_scalar<double>(std::string_view text, bool json_number) {
+    return convert_number<double>(text, json_number || is_json_number(text));
 }
 
 template <typename T>
-std::optional<T> convert_scalar(std::string_view text) {
+std::optional<T> convert_scalar(std::string_view text, bool json_number) {
     static_assert(std::is_integral_v<T>);
-    // std::from_chars takes no minus sign for an unsigned type, and yaml-cpp
+    // A JSON number that std::from_chars takes in full is a plain decimal
+    // integer. It takes no minus sign for an unsigned type, and yaml-cpp
     // refuses one outright.
-    return convert_number<T>(text, is_plain_integer(text));
+    return convert_number<T>(text, json_number || is_plain_integer(text));
 }
 
-template std::optional<int> convert_scalar<int>(std::string_view);
-template std::optional<unsigned short> convert_scalar<unsigned short>(std::string_view);
-template std::optional<unsigned int> convert_scalar<unsigned int>(std::string_view);
-template std::optional<unsigned long long> convert_scalar<unsigned long long>(std::string_view);
+template std::optional<int> convert_scalar<int>(std::string_view, bool);
+template std::optional<unsigned short> convert_scalar<unsigned short>(std::string_view, bool);
+template std::optional<unsigned int> convert_scalar<unsigned int>(std::string_view, bool);
+template std::optional<unsigned long long> convert_scalar<unsigned long long>(std::string_view, bool);
 
 }  // namespace morv::qc::json

@@ -11,21 +11,23 @@
 
 namespace morv::qc::json {
 
-// Empty when yaml-cpp refuses the text. Defined for std::string, bool,
-// double, int, and unsigned short, int and long long.
+// Empty when yaml-cpp refuses the text. `json_number` vouches that the text
+// is a number as strict JSON spells it, which spares checking it again.
+// Defined for std::string, bool, double, int, and unsigned short, int and
+// long long.
 template <typename T>
-std::optional<T> convert_scalar(std::string_view text);
+std::optional<T> convert_scalar(std::string_view text, bool json_number);
 
 template <>
-std::optional<std::string> convert_scalar<std::string>(std::string_view text);
+std::optional<std::string> convert_scalar<std::string>(std::string_view text, bool json_number);
 template <>
-std::optional<bool> convert_scalar<bool>(std::string_view text);
+std::optional<bool> convert_scalar<bool>(std::string_view text, bool json_number);
 template <>
-std::optional<double> convert_scalar<double>(std::string_view text);
+std::optional<double> convert_scalar<double>(std::string_view text, bool json_number);
 
-extern template std::optional<int> convert_scalar<int>(std::string_view);
-extern template std::optional<unsigned short> convert_scalar<unsigned short>(std::string_view);
-extern template std::optional<unsigned int> convert_scalar<unsigned int>(std::string_view);
-extern template std::optional<unsigned long long> convert_scalar<unsigned long long>(std::string_view);
+extern template std::optional<int> convert_scalar<int>(std::string_view, bool);
+extern template std::optional<unsigned short> convert_scalar<unsigned short>(std::string_view, bool);
+extern template std::optional<unsigned int> convert_scalar<unsigned int>(std::string_view, bool);
+extern template std::optional<unsigned long long> convert_scalar<unsigned long long>(std::string_view, bool);
 
 }  // namespace morv::qc::json

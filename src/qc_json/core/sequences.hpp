@@ -33,6 +33,7 @@ void read_elements(DocumentResult& result, Node const& list, std::vector<Record>
     if (!list.is_sequence()) {
         return;
     }
+    records.reserve(records.size() + list.size());
     for (Node const element : list.elements()) {
         append_read(records, read(result, element));
     }
