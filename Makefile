@@ -46,7 +46,7 @@ bench:
 	  --benchmark_out=$(BENCH_DIR)/codec_bench.json --benchmark_out_format=json
 	$(BENCH_DIR)/bench/peak_heap
 
-# The three libFuzzer targets, built with clang in a directory of their own.
+# The libFuzzer targets, built with clang in a directory of their own.
 fuzz:
 	scripts/install-deps.sh fuzz
 	cmake -S . -B $(FUZZ_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++-14 \

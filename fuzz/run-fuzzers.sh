@@ -3,7 +3,7 @@
 # and fails if any of them finds a crash, a leak, a timeout or runs out of
 # memory. One line per target says how it went.
 #
-#   fuzz/run-fuzzers.sh build-fuzz/fuzz 60                      # all three
+#   fuzz/run-fuzzers.sh build-fuzz/fuzz 60                      # all four
 #   fuzz/run-fuzzers.sh build-fuzz/fuzz 600 round_trip_fuzzer   # just one
 #
 # The committed corpus is only read: libFuzzer writes new inputs into the
@@ -21,7 +21,7 @@ seconds=$2
 shift 2
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
-  targets=(deserialize_fuzzer round_trip_fuzzer serialize_fuzzer)
+  targets=(deserialize_fuzzer round_trip_fuzzer serialize_fuzzer decode_paths_fuzzer)
 fi
 
 here=$(cd "$(dirname "$0")" && pwd)
