@@ -8,7 +8,6 @@
 #include <yaml-cpp/exceptions.h>
 
 #include <optional>
-#include <sstream>
 #include <string>
 
 namespace morv::qc::json {
@@ -18,12 +17,12 @@ std::string print_document(JsonValue root, SerializeOptions const& options) {
     if (!options.include_diagnostics) {
         root["diagnostics"] = make_json_array();
     }
-    std::ostringstream out;
-    write_json(out, root, options);
+    std::string text;
+    write_json(text, root, options);
     if (options.pretty) {
-        out << '\n';
+        text += '\n';
     }
-    return out.str();
+    return text;
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 // order of the keys and never the order in which a writer set them.
 
 #include <cstddef>
-#include <map>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -15,7 +15,31 @@
 namespace morv::qc::json {
 
 class JsonValue;
-using JsonObject = std::map<std::string, JsonValue>;
+
+// The members of an object, kept in the byte order of their keys. Most
+// objects hold a handful of members, which a sorted vector stores in one
+// allocation and walks without chasing pointers.
+class JsonObject {
+public:
+    using Member = std::pair<std::string, JsonValue>;
+    using const_iterator = std::vector<Member>::const_iterator;
+
+    // The value at `key`, inserted as null when missing. Setting a key again
+    // replaces its value in place.
+    JsonValue& operator[](std::string_view key);
+    void erase(std::string_view key);
+
+    const_iterator begin() const { return members_.begin(); }
+    const_iterator end() const { return members_.end(); }
+    std::size_t size() const { return members_.size(); }
+    bool empty() const { return members_.empty(); }
+
+private:
+    std::vector<Member>::iterator lower_bound(std::string_view key);
+
+    std::vector<Member> members_;
+};
+
 using JsonArray = std::vector<JsonValue>;
 
 class JsonValue {
@@ -63,6 +87,9 @@ public:
     Storage const& storage() const { return storage_; }
 
 private:
+    // The object held, an empty one replacing any other value first.
+    JsonObject& object();
+
     Storage storage_;
 };
 

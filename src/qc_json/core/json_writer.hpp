@@ -9,11 +9,9 @@
 
 namespace morv::qc::json {
 
-// Prints a value at depth 0, compact or indented as the options say. No
-// final line feed.
+// Appends a value printed at depth 0, compact or indented as the options say.
+// No final line feed. Strings are escaped byte by byte; no UTF-8 is decoded.
+void write_json(std::string& out, JsonValue const& value, SerializeOptions const& options);
 void write_json(std::ostream& out, JsonValue const& value, SerializeOptions const& options);
-
-// Prints one quoted string, escaping byte by byte; no UTF-8 is decoded.
-void write_json_string(std::ostream& out, std::string const& text);
 
 }  // namespace morv::qc::json
