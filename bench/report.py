@@ -14,12 +14,14 @@ import sys
 SIZES = [("100KB", "100 KB"), ("4MB", "4 MB"), ("40MB", "40 MB")]
 
 CODEC = [
-    ("deserialize", "`deserialize`", ["yaml_load", "nlohmann_parse", "rapidjson_parse", "simdjson_parse"]),
+    ("deserialize", "`deserialize`",
+     ["deserialize_through_yaml", "yaml_load", "nlohmann_parse", "rapidjson_parse", "simdjson_parse"]),
     ("serialize_compact", "`serialize`, compact", ["nlohmann_dump", "rapidjson_write"]),
     ("serialize_pretty", "`serialize`, pretty", ["nlohmann_dump", "rapidjson_write"]),
 ]
 
 REFERENCES = {
+    "deserialize_through_yaml": "the decode through `YAML::Load`",
     "yaml_load": "`YAML::Load`",
     "nlohmann_parse": "nlohmann `json::parse`",
     "rapidjson_parse": "RapidJSON `Document::Parse`",
