@@ -68,10 +68,12 @@ void count_text(benchmark::State& state, std::string const& text) {
 // Each decode builds a fresh tree or document and drops it again, so that
 // freeing is paid for as a caller pays for it.
 
-void deserialize(benchmark::State& state, std::size_t bytes) {
+// `decode` is `deserialize` or the internal decode through yaml-cpp.
+template <typename Decode>
+void decode_text(benchmark::State& state, std::size_t bytes, Decode decode) {
     std::string const& text = text_of(bytes);
     for (auto _ : state) {
-        auto result = qc::json::deserialize(text);
+        auto result = decode(text);
         if (result.status != model::ParseStatus::complete) {
             state.SkipWithError("the generated text did not decode complete");
             break;
@@ -81,17 +83,12 @@ void deserialize(benchmark::State& state, std::size_t bytes) {
     count_text(state, text);
 }
 
+void deserialize(benchmark::State& state, std::size_t bytes) {
+    decode_text(state, bytes, [](std::string const& text) { return qc::json::deserialize(text); });
+}
+
 void deserialize_through_yaml(benchmark::State& state, std::size_t bytes) {
-    std::string const& text = text_of(bytes);
-    for (auto _ : state) {
-        auto result = qc::json::decode_through_yaml(text);
-        if (result.status != model::ParseStatus::complete) {
-            state.SkipWithError("the generated text did not decode complete");
-            break;
-        }
-        benchmark::DoNotOptimize(result);
-    }
-    count_text(state, text);
+    decode_text(state, bytes, [](std::string const& text) { return qc::json::decode_through_yaml(text); });
 }
 
 void serialize(benchmark::State& state, std::size_t bytes, bool pretty) {

@@ -96,8 +96,8 @@ private:
 
     bool parse_value(int depth) {
         switch (*p_) {
-            case '{': return parse_map(depth + 1);
-            case '[': return parse_sequence(depth + 1);
+            case '{': return parse_container(depth + 1, TreeKind::map, '}', &StrictJsonLoader::parse_pair);
+            case '[': return parse_container(depth + 1, TreeKind::sequence, ']', &StrictJsonLoader::parse_value);
             case '"': return parse_string();
             case 't': return parse_literal("true", TreeKind::plain);
             case 'f': return parse_literal("false", TreeKind::plain);
@@ -137,26 +137,28 @@ private:
         return skip_blanks() && p_ != end_;
     }
 
-    bool parse_sequence(int depth) {
+    // The entries of a sequence or a map up to its closing bracket; `entry`
+    // reads one element or one pair.
+    bool parse_container(int depth, TreeKind kind, char close_bracket, bool (StrictJsonLoader::*entry)(int)) {
         if (depth > max_depth) {
             return false;
         }
-        std::uint32_t const index = open(TreeKind::sequence);
+        std::uint32_t const index = open(kind);
         ++p_;
         if (!skip_blanks() || p_ == end_) {
             return false;
         }
         std::uint32_t count = 0;
-        bool closed = at(']');
+        bool closed = at(close_bracket);
         if (closed) {
             ++p_;
         }
         while (!closed) {
-            if (!parse_value(depth)) {
+            if (!(this->*entry)(depth)) {
                 return false;
             }
             ++count;
-            if (!next_entry(']', closed)) {
+            if (!next_entry(close_bracket, closed)) {
                 return false;
             }
         }
@@ -164,40 +166,17 @@ private:
         return true;
     }
 
-    bool parse_map(int depth) {
-        if (depth > max_depth) {
+    bool parse_pair(int depth) {
+        char const* const key = p_;
+        if (*p_ != '"' || !parse_string()) {
             return false;
         }
-        std::uint32_t const index = open(TreeKind::map);
+        skip_blanks_within_line();
+        if (!at(':') || p_ - key > max_key_to_colon) {
+            return false;
+        }
         ++p_;
-        if (!skip_blanks() || p_ == end_) {
-            return false;
-        }
-        std::uint32_t count = 0;
-        bool closed = at('}');
-        if (closed) {
-            ++p_;
-        }
-        while (!closed) {
-            char const* const key = p_;
-            if (*p_ != '"' || !parse_string()) {
-                return false;
-            }
-            skip_blanks_within_line();
-            if (!at(':') || p_ - key > max_key_to_colon) {
-                return false;
-            }
-            ++p_;
-            if (!skip_blanks() || p_ == end_ || !parse_value(depth)) {
-                return false;
-            }
-            ++count;
-            if (!next_entry('}', closed)) {
-                return false;
-            }
-        }
-        close(index, count);
-        return true;
+        return skip_blanks() && p_ != end_ && parse_value(depth);
     }
 
     bool parse_literal(char const* word, TreeKind kind) {

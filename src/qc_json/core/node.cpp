@@ -165,17 +165,21 @@ T Node::as() const {
     throw_bad_conversion<T>();
 }
 
+// The indices of the first child and just past the last one; an empty range
+// for anything but a container of `kind`.
+std::pair<std::uint32_t, std::uint32_t> Node::children(TreeRef const& ref, TreeKind kind) {
+    if (ref.defined() && ref.value().kind == kind) {
+        return {ref.index + 1, ref.value().next};
+    }
+    return {ref.index, ref.index};
+}
+
 Node::Elements Node::elements() const {
     TreeRef const* ref = tree_ref();
     if (!ref) {
         return Elements(ElementIterator(yaml().begin()), ElementIterator(yaml().end()));
     }
-    std::uint32_t first = ref->index;
-    std::uint32_t end = ref->index;
-    if (ref->defined() && ref->value().kind == TreeKind::sequence) {
-        first = ref->index + 1;
-        end = ref->value().next;
-    }
+    auto const [first, end] = children(*ref, TreeKind::sequence);
     return Elements(ElementIterator(*ref->tree, first), ElementIterator(*ref->tree, end));
 }
 
@@ -184,12 +188,7 @@ Node::Members Node::members() const {
     if (!ref) {
         return Members(MemberIterator(yaml().begin()), MemberIterator(yaml().end()));
     }
-    std::uint32_t first = ref->index;
-    std::uint32_t end = ref->index;
-    if (ref->defined() && ref->value().kind == TreeKind::map) {
-        first = ref->index + 1;
-        end = ref->value().next;
-    }
+    auto const [first, end] = children(*ref, TreeKind::map);
     return Members(MemberIterator(*ref->tree, first), MemberIterator(*ref->tree, end));
 }
 

@@ -16,6 +16,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 namespace morv::qc::json {
@@ -78,6 +79,7 @@ private:
     TreeRef const* tree_ref() const { return std::get_if<TreeRef>(&node_); }
     YAML::Node const& yaml() const { return std::get<YAML::Node>(node_); }
     bool has_kind(TreeKind kind, YAML::NodeType::value type) const;
+    static std::pair<std::uint32_t, std::uint32_t> children(TreeRef const& ref, TreeKind kind);
 
     std::variant<TreeRef, YAML::Node> node_;
 };
