@@ -4,7 +4,8 @@ SANITIZE_DIR ?= build-sanitize
 FUZZ_DIR ?= build-fuzz
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= 2
-EXAMPLE ?= examples/orca_water_opt_freq.json
+EXAMPLES ?= $(wildcard examples/*.json)
+CLI = $(BUILD_DIR)/tools/morv-qc-json
 # Seconds that fuzz-smoke gives each fuzzer.
 FUZZ_SECONDS ?= 60
 
@@ -21,8 +22,15 @@ configure: deps
 build: configure
 	cmake --build $(BUILD_DIR) -j $(JOBS)
 
+# Checks the bundled examples, writes each back indented into the build
+# folder and summarises them.
 demo: build
-	$(BUILD_DIR)/qc-json-roundtrip $(EXAMPLE)
+	$(CLI) check $(EXAMPLES)
+	@for example in $(EXAMPLES); do \
+	  out=$(BUILD_DIR)/demo/$$(basename $$example .json).pretty.json; mkdir -p $(BUILD_DIR)/demo; \
+	  echo "$(CLI) format --pretty $$example -o $$out"; $(CLI) format --pretty $$example -o $$out || exit $$?; \
+	done
+	$(CLI) stats $(EXAMPLES)
 
 test: build
 	ctest --test-dir $(BUILD_DIR) --output-on-failure -j $(JOBS)

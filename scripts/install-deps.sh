@@ -7,11 +7,12 @@
 #   install-deps.sh fuzz       ... and clang with libFuzzer and its sanitizers
 set -euo pipefail
 
-packages=(cmake g++ make pkg-config libyaml-cpp-dev libgtest-dev libbenchmark-dev)
+packages=(cmake g++ make pkg-config libyaml-cpp-dev libgtest-dev libbenchmark-dev libcli11-dev
+  nlohmann-json3-dev python3 python3-jsonschema)
 for group in "$@"; do
   case "$group" in
-    bench) packages+=(nlohmann-json3-dev rapidjson-dev libsimdjson-dev) ;;
-    fuzz) packages+=(clang-14 libfuzzer-14-dev libclang-rt-14-dev nlohmann-json3-dev) ;;
+    bench) packages+=(rapidjson-dev libsimdjson-dev) ;;
+    fuzz) packages+=(clang-14 libfuzzer-14-dev libclang-rt-14-dev) ;;
     *) echo "error: unknown package group '$group' (known: bench, fuzz)" >&2; exit 64 ;;
   esac
 done

@@ -48,3 +48,12 @@ quiet g++ -std=c++20 -Wall -Wextra -Wpedantic -Werror "$consumer_dir/main.cpp" -
 "$tmp/consumer_pc"
 
 echo "-- both consumers ran"
+
+echo "-- running the installed tool and finding the schema it names"
+schema=share/morv_qc_json/morv.qc.document.v2.schema.json
+version=$("$prefix/bin/morv-qc-json" --version)
+echo "$version"
+if [[ ! -s $prefix/$schema || $version != *"$schema"* ]]; then
+  echo "the schema is not installed where --version says" >&2
+  exit 1
+fi

@@ -13,6 +13,7 @@
 #include "sections/steps.hpp"
 #include "sections/systems.hpp"
 
+#include <morv/qc/json/codec.hpp>
 #include <morv/qc/model.hpp>
 
 #include <algorithm>
@@ -22,8 +23,6 @@
 
 namespace morv::qc::json {
 namespace {
-
-constexpr char const* schema_identifier = "morv.qc.document.v2";
 
 constexpr std::array<std::string_view, 12> known_root_keys = {
     "schema", "parse_status", "normalization", "program", "sources", "systems",
@@ -36,7 +35,7 @@ bool is_known_root_key(std::string const& key) {
 
 bool read_schema(DocumentResult& result, Node const& root) {
     std::string const schema = read_string_field(result, root, "schema", true).value_or("");
-    if (schema == schema_identifier) {
+    if (schema == schema_id) {
         return true;
     }
     add_diagnostic(result, "qc.json.unsupported_schema",
@@ -89,7 +88,7 @@ JsonValue write_document(Document const& document, model::ParseStatus status,
     for (auto const& [key, value] : document.extensions) {
         root[key] = extension_to_json(value);
     }
-    root["schema"] = schema_identifier;
+    root["schema"] = schema_id;
     root["parse_status"] = to_string(status);
     root["normalization"] = write_normalization(document.normalization);
     root["program"] = write_program(document.program);

@@ -10,6 +10,9 @@
 
 namespace morv::qc::json {
 
+// The schema identifier that every document of this format carries.
+inline constexpr char const schema_id[] = "morv.qc.document.v2";
+
 struct SerializeOptions {
     // Line breaks and indentation, ": " after keys and a final line feed.
     bool pretty = false;

@@ -1,0 +1,124 @@
+#include "file_reports.hpp"
+
+#include "terminal.hpp"
+
+#include <morv/qc/model.hpp>
+
+#include <cstddef>
+#include <utility>
+
+namespace morv::cli {
+namespace {
+
+struct SeverityCounts {
+    std::size_t errors = 0;
+    std::size_t warnings = 0;
+    std::size_t notes = 0;
+};
+
+SeverityCounts count_severities(std::vector<model::Diagnostic> const& diagnostics) {
+    SeverityCounts counts;
+    for (auto const& diagnostic : diagnostics) {
+        switch (diagnostic.severity) {
+            case model::Severity::error: ++counts.errors; break;
+            case model::Severity::warning: ++counts.warnings; break;
+            default: ++counts.notes; break;
+        }
+    }
+    return counts;
+}
+
+char const* severity_word(model::Severity severity) {
+    switch (severity) {
+        case model::Severity::error: return "error";
+        case model::Severity::warning: return "warning";
+        default: return "note";
+    }
+}
+
+std::string counted(std::size_t count, char const* noun) {
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+std::vector<std::pair<char const*, std::size_t>> section_sizes(qc::Document const& document) {
+    return {{"sources", document.sources.size()}, {"systems", document.systems.size()},
+            {"frames", document.frames.size()},   {"jobs", document.jobs.size()},
+            {"steps", document.steps.size()},     {"analyses", document.analyses.size()}};
+}
+
+std::string position_text(model::SourcePosition const& position) {
+    return std::to_string(position.line) + ":" + std::to_string(position.column);
+}
+
+std::string diagnostic_line(model::Diagnostic const& diagnostic, bool color) {
+    std::string line = "  " + paint(severity_word(diagnostic.severity), diagnostic.severity, color) + " " +
+                       diagnostic.code + ": " + diagnostic.message;
+    if (diagnostic.source) {
+        auto const& span = *diagnostic.source;
+        line += " (source " + std::to_string(span.source_id.value) + ", " + position_text(span.begin) + "-" +
+                position_text(span.end) + ")";
+    }
+    return line + "\n";
+}
+
+Json position_json(model::SourcePosition const& position) {
+    return Json{{"offset", position.offset}, {"line", position.line}, {"column", position.column}};
+}
+
+Json diagnostic_json(model::Diagnostic const& diagnostic) {
+    Json object{{"severity", severity_word(diagnostic.severity)},
+                {"code", diagnostic.code},
+                {"message", diagnostic.message}};
+    if (diagnostic.source) {
+        auto const& span = *diagnostic.source;
+        object["source"] = Json{{"source_id", span.source_id.value},
+                                {"begin", position_json(span.begin)},
+                                {"end", position_json(span.end)}};
+    }
+    return object;
+}
+
+}  // namespace
+
+std::string check_report_text(std::string const& name, model::ParseResult<qc::Document> const& result,
+                              bool color) {
+    auto const counts = count_severities(result.diagnostics);
+    std::string text = name + ": " + paint(qc::to_string(result.status), result.status, color) + ", " +
+                       counted(counts.errors, "error") + ", " + counted(counts.warnings, "warning") + ", " +
+                       counted(counts.notes, "note") + ";";
+    char const* separator = " ";
+    for (auto const& [section, size] : section_sizes(result.value)) {
+        text += separator + std::string(section) + " " + std::to_string(size);
+        separator = ", ";
+    }
+    text += "\n";
+    for (auto const& diagnostic : result.diagnostics) {
+        text += diagnostic_line(diagnostic, color);
+    }
+    return text;
+}
+
+Json check_report_json(std::string const& name, model::ParseResult<qc::Document> const& result) {
+    auto const counts = count_severities(result.diagnostics);
+    Json records = Json::object();
+    for (auto const& [section, size] : section_sizes(result.value)) {
+        records[section] = size;
+    }
+    Json diagnostics = Json::array();
+    for (auto const& diagnostic : result.diagnostics) {
+        diagnostics.push_back(diagnostic_json(diagnostic));
+    }
+    return Json{{"path", name},
+                {"status", qc::to_string(result.status)},
+                {"errors", counts.errors},
+                {"warnings", counts.warnings},
+                {"notes", counts.notes},
+                {"records", std::move(records)},
+                {"diagnostics", std::move(diagnostics)}};
+}
+
+std::string json_line(Json const& value) {
+    return value.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace morv::cli

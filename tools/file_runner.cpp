@@ -1,0 +1,100 @@
+#include "file_runner.hpp"
+
+#include "exit_status.hpp"
+#include "input_files.hpp"
+#include "terminal.hpp"
+
+#include <morv/qc/json/codec.hpp>
+
+#include <algorithm>
+#include <atomic>
+#include <condition_variable>
+#include <cstdio>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+namespace morv::cli {
+namespace {
+
+struct FileOutcome {
+    int exit_status = exit_complete;
+    std::string output;
+    std::string error;
+};
+
+FileOutcome process_file(std::string const& path, DescribeFile const& describe) {
+    InputText const input = read_input(path);
+    if (input.error) {
+        return {exit_no_input, "", "morv-qc-json: cannot read " + display_name(path) + ": " + *input.error + "\n"};
+    }
+    auto const result = qc::json::deserialize(input.text);
+    return {exit_status_of(result.status), describe(display_name(path), input.text.size(), result), ""};
+}
+
+// Hands out the outcomes of the workers in index order.
+class OrderedOutcomes {
+public:
+    explicit OrderedOutcomes(std::size_t count) : outcomes_(count) {}
+
+    void put(std::size_t index, FileOutcome outcome) {
+        {
+            std::lock_guard<std::mutex> lock(mutex_);
+            outcomes_[index] = std::move(outcome);
+        }
+        ready_.notify_all();
+    }
+
+    FileOutcome take(std::size_t index) {
+        std::unique_lock<std::mutex> lock(mutex_);
+        ready_.wait(lock, [&] { return outcomes_[index].has_value(); });
+        FileOutcome outcome = std::move(*outcomes_[index]);
+        outcomes_[index].reset();
+        return outcome;
+    }
+
+private:
+    std::vector<std::optional<FileOutcome>> outcomes_;
+    std::mutex mutex_;
+    std::condition_variable ready_;
+};
+
+void print(FileOutcome const& outcome) {
+    std::fwrite(outcome.output.data(), 1, outcome.output.size(), stdout);
+    std::fflush(stdout);
+    std::fputs(outcome.error.c_str(), stderr);
+}
+
+}  // namespace
+
+int process_files(std::vector<std::string> const& paths, unsigned jobs, std::string_view verb,
+                  DescribeFile const& describe) {
+    OrderedOutcomes outcomes(paths.size());
+    std::atomic<std::size_t> next{0};
+    auto const work = [&] {
+        for (std::size_t index = next++; index < paths.size(); index = next++) {
+            outcomes.put(index, process_file(paths[index], describe));
+        }
+    };
+    std::vector<std::thread> workers;
+    std::size_t const worker_count = std::min<std::size_t>(std::max(jobs, 1u), paths.size());
+    for (std::size_t i = 0; i < worker_count; ++i) {
+        workers.emplace_back(work);
+    }
+
+    ProgressLine progress(verb, paths.size());
+    int status = exit_complete;
+    for (std::size_t index = 0; index < paths.size(); ++index) {
+        FileOutcome const outcome = outcomes.take(index);
+        progress.clear();
+        print(outcome);
+        status = worse_exit_status(status, outcome.exit_status);
+        progress.show(index + 1);
+    }
+    for (auto& worker : workers) {
+        worker.join();
+    }
+    return status;
+}
+
+}  // namespace morv::cli
