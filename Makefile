@@ -4,6 +4,9 @@ SANITIZE_DIR ?= build-sanitize
 FUZZ_DIR ?= build-fuzz
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= 2
+# Debian's interpreter, which the python3-* packages serve (an interpreter
+# earlier on PATH, such as pyenv's, would not see them).
+PYTHON ?= /usr/bin/python3
 EXAMPLES ?= $(wildcard examples/*.json)
 CLI = $(BUILD_DIR)/tools/morv-qc-json
 # Seconds that fuzz-smoke gives each fuzzer.
@@ -17,7 +20,7 @@ deps:
 	scripts/install-deps.sh
 
 configure: deps
-	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE)
+	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) -DMORV_BUILD_PYTHON=ON -DPython3_EXECUTABLE=$(PYTHON)
 
 build: configure
 	cmake --build $(BUILD_DIR) -j $(JOBS)
@@ -37,9 +40,11 @@ test: build
 
 # The whole suite under AddressSanitizer and UndefinedBehaviorSanitizer. The
 # packaging tests install and link plain consumers, which an instrumented
-# library cannot serve, so they run only in `make test`.
+# library cannot serve, so they run only in `make test`; so does the Python
+# module, which an uninstrumented interpreter cannot load.
 test-sanitize: deps
-	cmake -S . -B $(SANITIZE_DIR) -DCMAKE_BUILD_TYPE=Debug -DMORV_SANITIZE=ON
+	cmake -S . -B $(SANITIZE_DIR) -DCMAKE_BUILD_TYPE=Debug -DMORV_SANITIZE=ON -DMORV_BUILD_PYTHON=OFF \
+	  -DPython3_EXECUTABLE=$(PYTHON)
 	cmake --build $(SANITIZE_DIR) -j $(JOBS)
 	ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
 	  ctest --test-dir $(SANITIZE_DIR) --output-on-failure -j $(JOBS) -LE packaging
@@ -58,7 +63,7 @@ bench:
 fuzz:
 	scripts/install-deps.sh fuzz
 	cmake -S . -B $(FUZZ_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++-14 \
-	  -DMORV_BUILD_FUZZERS=ON -DMORV_BUILD_TESTS=OFF
+	  -DMORV_BUILD_FUZZERS=ON -DMORV_BUILD_TESTS=OFF -DMORV_BUILD_PYTHON=OFF
 	cmake --build $(FUZZ_DIR) -j $(JOBS) --target fuzzers
 
 # Each fuzzer for FUZZ_SECONDS from the seed corpus in fuzz/corpus/, which
