@@ -34,6 +34,7 @@ demo: build
 	  echo "$(CLI) format --pretty $$example -o $$out"; $(CLI) format --pretty $$example -o $$out || exit $$?; \
 	done
 	$(CLI) stats $(EXAMPLES)
+	PYTHONPATH=$(BUILD_DIR)/python $(PYTHON) examples/energies.py
 
 test: build
 	ctest --test-dir $(BUILD_DIR) --output-on-failure -j $(JOBS)
@@ -53,11 +54,14 @@ test-sanitize: deps
 # go to $(BENCH_DIR)/codec_bench.json, from which bench/README.md is updated.
 bench:
 	scripts/install-deps.sh bench
-	cmake -S . -B $(BENCH_DIR) -DCMAKE_BUILD_TYPE=Release -DMORV_BUILD_BENCHMARKS=ON -DMORV_BUILD_TESTS=OFF
-	cmake --build $(BENCH_DIR) -j $(JOBS) --target codec_bench peak_heap
+	cmake -S . -B $(BENCH_DIR) -DCMAKE_BUILD_TYPE=Release -DMORV_BUILD_BENCHMARKS=ON -DMORV_BUILD_TESTS=OFF \
+	  -DMORV_BUILD_PYTHON=ON -DPython3_EXECUTABLE=$(PYTHON)
+	cmake --build $(BENCH_DIR) -j $(JOBS) --target codec_bench peak_heap write_bench_documents morv_qc_json_python
 	$(BENCH_DIR)/bench/codec_bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true \
 	  --benchmark_out=$(BENCH_DIR)/codec_bench.json --benchmark_out_format=json
 	$(BENCH_DIR)/bench/peak_heap
+	$(BENCH_DIR)/bench/write_bench_documents $(BENCH_DIR)
+	PYTHONPATH=$(BENCH_DIR)/python $(PYTHON) bench/python_load_bench.py $(BENCH_DIR)
 
 # The libFuzzer targets, built with clang in a directory of their own.
 fuzz:

@@ -2,12 +2,14 @@
 # Installs the build into a scratch prefix and builds a small consumer against
 # it twice: through the CMake package (C++17) and through pkg-config with a
 # plain compiler (C++20), running each program. This catches headers, targets
-# or link flags that work inside the build tree but not once installed.
+# or link flags that work inside the build tree but not once installed. With
+# a Python interpreter given, it also imports the installed Python module.
 #
-#   installed_package.sh BUILD_DIR CONSUMER_SRC_DIR
+#   installed_package.sh BUILD_DIR CONSUMER_SRC_DIR [PYTHON]
 set -euo pipefail
 build_dir=$1
 consumer_dir=$2
+python=${3:-}
 
 tmp=$(mktemp -d)
 trap 'rm -rf "$tmp"' EXIT
@@ -56,4 +58,19 @@ echo "$version"
 if [[ ! -s $prefix/$schema || $version != *"$schema"* ]]; then
   echo "the schema is not installed where --version says" >&2
   exit 1
+fi
+
+if [[ -n $python ]]; then
+  echo "-- importing the installed Python module"
+  module=$(find "$prefix" -name 'morv_qc_json*.so' -print -quit)
+  if [[ -z $module || ! -f $(dirname "$module")/morv_qc_json.pyi ]]; then
+    echo "the Python module or its stub was not installed" >&2
+    exit 1
+  fi
+  PYTHONPATH=$(dirname "$module") "$python" -c '
+import morv_qc_json
+result = morv_qc_json.loads("{\"schema\":\"morv.qc.document.v2\",\"program\":{\"kind\":\"orca\"}}")
+assert morv_qc_json.__file__.startswith("'"$prefix"'"), morv_qc_json.__file__
+print(morv_qc_json.__version__, morv_qc_json.to_string(result.status))
+'
 fi
