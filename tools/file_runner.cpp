@@ -26,7 +26,7 @@ struct FileOutcome {
 FileOutcome process_file(std::string const& path, DescribeFile const& describe) {
     InputText const input = read_input(path);
     if (input.error) {
-        return {exit_no_input, "", "morv-qc-json: cannot read " + display_name(path) + ": " + *input.error + "\n"};
+        return {exit_no_input, "", unreadable_message(path, *input.error)};
     }
     auto const result = qc::json::deserialize(input.text);
     return {exit_status_of(result.status), describe(display_name(path), input.text.size(), result), ""};

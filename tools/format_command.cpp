@@ -44,8 +44,7 @@ int write_output(std::string const& output, std::string const& text) {
 int run_format(FormatOptions const& options) {
     InputText const input = read_input(options.path);
     if (input.error) {
-        std::fprintf(stderr, "morv-qc-json: cannot read %s: %s\n", display_name(options.path).c_str(),
-                     input.error->c_str());
+        std::fputs(unreadable_message(options.path, *input.error).c_str(), stderr);
         return exit_no_input;
     }
     auto const result = qc::json::deserialize(input.text);

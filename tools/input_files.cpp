@@ -85,6 +85,10 @@ InputText read_input(std::string const& path) {
 
 std::string display_name(std::string const& path) { return path == "-" ? "<stdin>" : path; }
 
+std::string unreadable_message(std::string const& path, std::string const& reason) {
+    return "morv-qc-json: cannot read " + display_name(path) + ": " + reason + "\n";
+}
+
 std::optional<std::string> write_file_atomically(std::string const& path, std::string const& text) {
     std::string temporary = temporary_template(path);
     int const fd = ::mkstemp(temporary.data());

@@ -17,6 +17,9 @@ InputText read_input(std::string const& path);
 // How an input is named in reports: its path, or "<stdin>" for "-".
 std::string display_name(std::string const& path);
 
+// The line on standard error for an input that could not be read.
+std::string unreadable_message(std::string const& path, std::string const& reason);
+
 // Replaces `path` with `text` through a temporary file in the same folder and
 // a rename, so that an interrupted run leaves either the old file or the new
 // one. Returns the system's reason when it fails.

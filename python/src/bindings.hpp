@@ -8,7 +8,6 @@
 
 #include <morv/qc/document.hpp>
 
-#include <pybind11/numpy.h>
 #include <pybind11/operators.h>
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>

@@ -45,22 +45,15 @@ Result loads(py::handle text) {
     return qc::json::deserialize(bytes);
 }
 
-// A path (anything os.fspath takes) or an object with read().
+// A path, or an object with read(). pathlib opens and closes the file, and
+// raises Python's own OSError when it cannot.
+py::object path_of(py::object const& file) { return py::module_::import("pathlib").attr("Path")(file); }
+
 Result load(py::object const& file) {
     if (py::hasattr(file, "read")) {
         return loads(file.attr("read")());
     }
-    py::object const path = py::module_::import("os").attr("fspath")(file);
-    py::object const opened = py::module_::import("io").attr("open")(path, "rb");
-    py::object text;
-    try {
-        text = opened.attr("read")();
-    } catch (...) {
-        opened.attr("close")();
-        throw;
-    }
-    opened.attr("close")();
-    return loads(text);
+    return loads(path_of(file).attr("read_bytes")());
 }
 
 struct WriteOptions {
@@ -92,24 +85,13 @@ py::str dumps(py::handle object, WriteOptions const& options) {
 // A text file gets the str, a binary file or a path the exact bytes.
 void dump(py::handle object, py::object const& file, WriteOptions const& options) {
     std::string const text = serialize_unlocked(object, options);
-    auto const io = py::module_::import("io");
-    if (py::hasattr(file, "write")) {
-        if (py::isinstance(file, io.attr("TextIOBase"))) {
-            file.attr("write")(text_to_python(text));
-        } else {
-            file.attr("write")(py::bytes(text));
-        }
-        return;
+    if (!py::hasattr(file, "write")) {
+        path_of(file).attr("write_bytes")(py::bytes(text));
+    } else if (py::isinstance(file, py::module_::import("io").attr("TextIOBase"))) {
+        file.attr("write")(text_to_python(text));
+    } else {
+        file.attr("write")(py::bytes(text));
     }
-    py::object const path = py::module_::import("os").attr("fspath")(file);
-    py::object const opened = io.attr("open")(path, "wb");
-    try {
-        opened.attr("write")(py::bytes(text));
-    } catch (...) {
-        opened.attr("close")();
-        throw;
-    }
-    opened.attr("close")();
 }
 
 template <typename Enumeration>

@@ -1,5 +1,7 @@
 #include "bindings.hpp"
 
+#include <pybind11/numpy.h>
+
 namespace morv::python {
 namespace {
 
