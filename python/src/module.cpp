@@ -3,7 +3,7 @@
 #include <morv/qc/json/codec.hpp>
 #include <morv/qc/json/version.hpp>
 
-PYBIND11_MODULE(morv_qc_json, module) {
+PYBIND11_MODULE(_core, module) {
     using namespace morv::python;
     module.doc() =
         "Quantum-chemistry result documents between Python and \"morv.qc.document.v2\" JSON text: a tolerant "

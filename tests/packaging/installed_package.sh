@@ -62,12 +62,13 @@ fi
 
 if [[ -n $python ]]; then
   echo "-- importing the installed Python module"
-  module=$(find "$prefix" -name 'morv_qc_json*.so' -print -quit)
-  if [[ -z $module || ! -f $(dirname "$module")/morv_qc_json.pyi ]]; then
-    echo "the Python module or its stub was not installed" >&2
+  module=$(find "$prefix" -path "*/morv_qc_json/_core*.so" -print -quit)
+  package=$(dirname "$module")
+  if [[ -z $module || ! -f $package/_core.pyi || ! -f $package/py.typed || ! -f $package/__init__.py ]]; then
+    echo "the Python package, its stub or py.typed was not installed" >&2
     exit 1
   fi
-  PYTHONPATH=$(dirname "$module") "$python" -c '
+  PYTHONPATH=$(dirname "$package") "$python" -c '
 import morv_qc_json
 result = morv_qc_json.loads("{\"schema\":\"morv.qc.document.v2\",\"program\":{\"kind\":\"orca\"}}")
 assert morv_qc_json.__file__.startswith("'"$prefix"'"), morv_qc_json.__file__

@@ -7,7 +7,7 @@ import pathlib
 
 import morv_qc_json as qc
 
-STUB = pathlib.Path(__file__).parents[2] / "python" / "morv_qc_json.pyi"
+STUB = pathlib.Path(__file__).parents[2] / "python" / "morv_qc_json" / "_core.pyi"
 
 
 def stub_tree():
