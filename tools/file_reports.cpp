@@ -28,14 +28,6 @@ SeverityCounts count_severities(std::vector<model::Diagnostic> const& diagnostic
     return counts;
 }
 
-char const* severity_word(model::Severity severity) {
-    switch (severity) {
-        case model::Severity::error: return "error";
-        case model::Severity::warning: return "warning";
-        default: return "note";
-    }
-}
-
 std::string counted(std::size_t count, char const* noun) {
     return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
@@ -51,7 +43,7 @@ std::string position_text(model::SourcePosition const& position) {
 }
 
 std::string diagnostic_line(model::Diagnostic const& diagnostic, bool color) {
-    std::string line = "  " + paint(severity_word(diagnostic.severity), diagnostic.severity, color) + " " +
+    std::string line = "  " + paint(qc::to_string(diagnostic.severity), diagnostic.severity, color) + " " +
                        diagnostic.code + ": " + diagnostic.message;
     if (diagnostic.source) {
         auto const& span = *diagnostic.source;
@@ -66,7 +58,7 @@ Json position_json(model::SourcePosition const& position) {
 }
 
 Json diagnostic_json(model::Diagnostic const& diagnostic) {
-    Json object{{"severity", severity_word(diagnostic.severity)},
+    Json object{{"severity", qc::to_string(diagnostic.severity)},
                 {"code", diagnostic.code},
                 {"message", diagnostic.message}};
     if (diagnostic.source) {

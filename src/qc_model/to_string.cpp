@@ -11,6 +11,15 @@ char const* to_string(model::ParseStatus value) {
     return "failed";
 }
 
+char const* to_string(model::Severity value) {
+    switch (value) {
+        case model::Severity::note: return "note";
+        case model::Severity::warning: return "warning";
+        case model::Severity::error: return "error";
+    }
+    return "note";
+}
+
 char const* to_string(ResultProfile value) {
     switch (value) {
         case ResultProfile::unknown: return "unknown";

@@ -18,6 +18,7 @@ LIST
 
 expected_model=$(sort <<'LIST'
 morv::qc::to_string(morv::model::ParseStatus)
+morv::qc::to_string(morv::model::Severity)
 morv::qc::to_string(morv::qc::ResultProfile)
 morv::qc::to_string(morv::qc::ProgramKind)
 morv::qc::to_string(morv::qc::TerminationKind)

@@ -26,6 +26,7 @@ Names names_of(std::size_t count) {
 
 TEST(ToString, EveryEnumeratorHasItsWireNameAndAStrayValueAFallback) {
     EXPECT_EQ(names_of<model::ParseStatus>(3), (Names{"complete", "partial", "failed", "failed"}));
+    EXPECT_EQ(names_of<model::Severity>(3), (Names{"note", "warning", "error", "note"}));
     EXPECT_EQ(names_of<ResultProfile>(4), (Names{"unknown", "summary", "standard", "full", "unknown"}));
     EXPECT_EQ(names_of<ProgramKind>(4), (Names{"unknown", "gaussian", "orca", "gamess", "unknown"}));
     EXPECT_EQ(names_of<TerminationKind>(6),

@@ -12,6 +12,7 @@ namespace morv::qc {
 
 // Each returns the wire string of the enumerator, owned by the library.
 MORV_API char const* to_string(model::ParseStatus value);
+MORV_API char const* to_string(model::Severity value);
 MORV_API char const* to_string(ResultProfile value);
 MORV_API char const* to_string(ProgramKind value);
 MORV_API char const* to_string(TerminationKind value);

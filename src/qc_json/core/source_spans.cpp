@@ -2,6 +2,8 @@
 
 #include "core/field_readers.hpp"
 
+#include <morv/qc/model.hpp>
+
 namespace morv::qc::json {
 namespace {
 
@@ -15,14 +17,6 @@ model::Severity severity_from_text(std::string const& text) {
     return model::Severity::note;
 }
 
-char const* severity_text(model::Severity severity) {
-    switch (severity) {
-        case model::Severity::error: return "error";
-        case model::Severity::warning: return "warning";
-        default: return "note";
-    }
-}
-
 model::Diagnostic read_stored_diagnostic(DocumentResult& result, Node const& node) {
     model::Diagnostic diagnostic;
     diagnostic.severity = severity_from_text(read_string_field(result, node, "severity", false).value_or(""));
@@ -34,7 +28,7 @@ model::Diagnostic read_stored_diagnostic(DocumentResult& result, Node const& nod
 
 JsonValue write_stored_diagnostic(model::Diagnostic const& diagnostic) {
     JsonValue object = make_json_object();
-    object["severity"] = severity_text(diagnostic.severity);
+    object["severity"] = qc::to_string(diagnostic.severity);
     if (!diagnostic.code.empty()) {
         object["code"] = diagnostic.code;
     }
