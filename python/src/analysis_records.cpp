@@ -151,23 +151,14 @@ void bind_properties(py::module_& module) {
 // The payload is the alternative itself, changed in place; assigning any of
 // the seven block types switches the alternative.
 void bind_analysis_block(py::module_& module) {
-    RecordBinding<AnalysisBlock> block(module, "AnalysisBlock", "One typed analysis derived from a job.");
-    block.field<&AnalysisBlock::id>("id")
+    RecordBinding<AnalysisBlock>(module, "AnalysisBlock", "One typed analysis derived from a job.")
+        .field<&AnalysisBlock::id>("id")
         .field<&AnalysisBlock::job_id>("job_id")
         .field<&AnalysisBlock::ordinal>("ordinal")
-        .field<&AnalysisBlock::reference_step_id>("reference_step_id");
-    block.property(
-        "payload",
-        [](py::object const& self) {
-            return std::visit(
-                [&self](auto& alternative) {
-                    return py::cast(&alternative, py::return_value_policy::reference_internal, self);
-                },
-                self.cast<AnalysisBlock&>().payload);
-        },
-        [](AnalysisBlock& self, AnalysisPayload payload) { self.payload = std::move(payload); });
-    block.field<&AnalysisBlock::source>("source");
-    block.finish();
+        .field<&AnalysisBlock::reference_step_id>("reference_step_id")
+        .field<&AnalysisBlock::payload>("payload")
+        .field<&AnalysisBlock::source>("source")
+        .finish();
 }
 
 }  // namespace

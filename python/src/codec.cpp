@@ -33,58 +33,64 @@ std::string_view text_bytes(py::handle text, py::object& owner) {
         }
         owner = py::reinterpret_steal<py::object>(bytes);
     } else {
-        throw py::type_error("expected str or bytes, not " + std::string(Py_TYPE(text.ptr())->tp_name));
+        throw_type_error("loads", "str or bytes", text);
     }
     return {PyBytes_AS_STRING(owner.ptr()), static_cast<std::size_t>(PyBytes_GET_SIZE(owner.ptr()))};
 }
 
-Result loads(py::handle text) {
+Ref<Result> loads(py::handle text) {
     py::object owner;
     std::string_view const bytes = text_bytes(text, owner);
-    py::gil_scoped_release unlocked;
-    return qc::json::deserialize(bytes);
+    Result result;
+    {
+        py::gil_scoped_release unlocked;
+        result = qc::json::deserialize(bytes);
+    }
+    return Ref<Result>::owning(std::move(result));
 }
 
 // A path, or an object with read(). pathlib opens and closes the file, and
 // raises Python's own OSError when it cannot.
 py::object path_of(py::object const& file) { return py::module_::import("pathlib").attr("Path")(file); }
 
-Result load(py::object const& file) {
+Ref<Result> load(py::object const& file) {
     if (py::hasattr(file, "read")) {
         return loads(file.attr("read")());
     }
     return loads(path_of(file).attr("read_bytes")());
 }
 
-struct WriteOptions {
-    bool pretty;
-    std::uint32_t indent;
-    bool include_diagnostics;
-
-    qc::json::SerializeOptions serialize_options() const { return {pretty, indent, include_diagnostics}; }
-};
-
-std::string serialize_unlocked(py::handle object, WriteOptions const& options) {
-    if (py::isinstance<Result>(object)) {
-        Result const& result = object.cast<Result const&>();
-        py::gil_scoped_release unlocked;
-        return qc::json::serialize(result, options.serialize_options());
+// Writes with the GIL released, under the tree's shared lock: a change from
+// another thread waits until the text is whole.
+template <typename Value>
+std::string serialize_unlocked(Ref<Value> const& handle, qc::json::SerializeOptions const& options) {
+    std::shared_lock lock(handle.root().writers());
+    Value const& value = handle.get();
+    std::string text;
+    py::gil_scoped_release unlocked;
+    try {
+        text = qc::json::serialize(value, options);
+    } catch (...) {
+        lock.unlock();
+        throw;
     }
-    if (py::isinstance<qc::Document>(object)) {
-        qc::Document const& document = object.cast<qc::Document const&>();
-        py::gil_scoped_release unlocked;
-        return qc::json::serialize(document, options.serialize_options());
-    }
-    throw py::type_error("expected Document or ParseResult, not " + std::string(Py_TYPE(object.ptr())->tp_name));
+    lock.unlock();
+    return text;
 }
 
-py::str dumps(py::handle object, WriteOptions const& options) {
-    return text_to_python(serialize_unlocked(object, options));
+std::string serialize_object(py::handle object, qc::json::SerializeOptions const& options) {
+    if (py::isinstance<Ref<Result>>(object)) {
+        return serialize_unlocked(object.cast<Ref<Result> const&>(), options);
+    }
+    if (py::isinstance<Ref<qc::Document>>(object)) {
+        return serialize_unlocked(object.cast<Ref<qc::Document> const&>(), options);
+    }
+    throw_type_error("dumps", "Document or ParseResult", object);
 }
 
 // A text file gets the str, a binary file or a path the exact bytes.
-void dump(py::handle object, py::object const& file, WriteOptions const& options) {
-    std::string const text = serialize_unlocked(object, options);
+void dump(py::handle object, py::object const& file, qc::json::SerializeOptions const& options) {
+    std::string const text = serialize_object(object, options);
     if (!py::hasattr(file, "write")) {
         path_of(file).attr("write_bytes")(py::bytes(text));
     } else if (py::isinstance(file, py::module_::import("io").attr("TextIOBase"))) {
@@ -92,13 +98,6 @@ void dump(py::handle object, py::object const& file, WriteOptions const& options
     } else {
         file.attr("write")(py::bytes(text));
     }
-}
-
-template <typename Enumeration>
-void def_to_string(py::module_& module) {
-    module.def(
-        "to_string", [](Enumeration value) { return std::string(qc::to_string(value)); }, py::arg("value"),
-        "The wire word of an enumerator.");
 }
 
 }  // namespace
@@ -112,7 +111,7 @@ void bind_codec(py::module_& module) {
     module.def(
         "dumps",
         [](py::handle object, bool pretty, std::uint32_t indent, bool include_diagnostics) {
-            return dumps(object, {pretty, indent, include_diagnostics});
+            return text_to_python(serialize_object(object, {pretty, indent, include_diagnostics}));
         },
         py::arg("obj"), py::kw_only(), py::arg("pretty") = false, py::arg("indent") = 2,
         py::arg("include_diagnostics") = true,
@@ -125,18 +124,20 @@ void bind_codec(py::module_& module) {
         py::arg("obj"), py::arg("file"), py::kw_only(), py::arg("pretty") = false, py::arg("indent") = 2,
         py::arg("include_diagnostics") = true, "Writes as dumps does, to a path or a file.");
     module.def(
-        "validate_document", [](qc::Document const& document) { return qc::validate_document(document); },
+        "validate_document",
+        [](Ref<qc::Document> const& document) {
+            return Ref<std::vector<model::Diagnostic>>::owning(qc::validate_document(document.get()));
+        },
         py::arg("document"), "Checks the references between the records of a document; returns the findings.");
-    def_to_string<model::ParseStatus>(module);
-    def_to_string<qc::ResultProfile>(module);
-    def_to_string<qc::ProgramKind>(module);
-    def_to_string<qc::TerminationKind>(module);
-    def_to_string<qc::JobRelation>(module);
-    def_to_string<qc::TaskKind>(module);
-    def_to_string<qc::EnergyKind>(module);
-    def_to_string<qc::ConvergenceStatus>(module);
-    def_to_string<qc::CriterionKind>(module);
-    def_to_string<qc::SpinChannel>(module);
+    module.def(
+        "to_string",
+        [base = module.attr("WireEnum")](py::handle value) -> py::object {
+            if (!py::isinstance(value, base)) {
+                throw_type_error("to_string", "a member of one of the module's enumerations", value);
+            }
+            return value.attr("name");
+        },
+        py::arg("value"), "The wire word of an enumerator.");
 }
 
 }  // namespace morv::python

@@ -8,17 +8,13 @@ using chem::Vec3;
 void bind_vec3(py::module_& module) {
     RecordBinding<Vec3> vec3(module, "Vec3", "A Cartesian vector.");
     vec3.field<&Vec3::x>("x").field<&Vec3::y>("y").field<&Vec3::z>("z").finish();
-    vec3.type().def(py::init([](double x, double y, double z) { return Vec3{x, y, z}; }), py::arg("x"), py::arg("y"),
-                    py::arg("z"));
-    // Any sequence of three numbers stands for a vector, so that a list of
-    // tuples or the rows of an array fill a list of vectors.
-    vec3.type().def(py::init([](py::sequence const& values) {
-        if (py::len(values) != 3) {
-            throw py::value_error("expected three numbers");
-        }
-        return Vec3{values[0].cast<double>(), values[1].cast<double>(), values[2].cast<double>()};
-    }));
-    py::implicitly_convertible<py::sequence, Vec3>();
+    vec3.type().def(py::init([](py::handle x, py::handle y, py::handle z) {
+                        return Ref<Vec3>::owning(
+                            {float_from_python(x, "Vec3.x"), float_from_python(y, "Vec3.y"), float_from_python(z, "Vec3.z")});
+                    }),
+                    py::arg("x"), py::arg("y"), py::arg("z"));
+    vec3.type().def(py::init([](py::handle values) { return Ref<Vec3>::owning(Convert<Vec3>::from_python(values, "Vec3")); }),
+                    py::arg("values"));
 }
 
 void bind_spans_and_diagnostics(py::module_& module) {

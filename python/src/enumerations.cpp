@@ -1,73 +1,44 @@
 #include "bindings.hpp"
 
+#include <morv/qc/model.hpp>
+
 namespace morv::python {
+namespace {
+
+// A class of the module made from the enumerators 0 to count - 1 and their
+// wire words, which are also the members' names.
+template <typename Enumeration>
+void bind_enumeration(py::module_& module, py::handle base, char const* name, std::size_t count, char const* doc) {
+    py::list members;
+    for (std::size_t value = 0; value < count; ++value) {
+        members.append(py::make_tuple(qc::to_string(static_cast<Enumeration>(value)), value));
+    }
+    py::object type = base(name, members, py::arg("module") = "morv_qc_json", py::arg("qualname") = name);
+    type.attr("__doc__") = doc;
+    // Kept for the life of the process, as the module itself is.
+    EnumClass<Enumeration>::type = type.inc_ref().ptr();
+    for (std::size_t value = 0; value < count; ++value) {
+        EnumClass<Enumeration>::members.push_back(type(value).release().ptr());
+    }
+    module.attr(name) = type;
+}
+
+}  // namespace
 
 void bind_enumerations(py::module_& module) {
-    py::enum_<model::ParseStatus>(module, "ParseStatus", "How far a decode got.")
-        .value("complete", model::ParseStatus::complete)
-        .value("partial", model::ParseStatus::partial)
-        .value("failed", model::ParseStatus::failed);
-    py::enum_<model::Severity>(module, "Severity")
-        .value("note", model::Severity::note)
-        .value("warning", model::Severity::warning)
-        .value("error", model::Severity::error);
-    py::enum_<qc::ProgramKind>(module, "ProgramKind")
-        .value("unknown", qc::ProgramKind::unknown)
-        .value("gaussian", qc::ProgramKind::gaussian)
-        .value("orca", qc::ProgramKind::orca)
-        .value("gamess", qc::ProgramKind::gamess);
-    py::enum_<qc::ResultProfile>(module, "ResultProfile")
-        .value("unknown", qc::ResultProfile::unknown)
-        .value("summary", qc::ResultProfile::summary)
-        .value("standard", qc::ResultProfile::standard)
-        .value("full", qc::ResultProfile::full);
-    py::enum_<qc::TerminationKind>(module, "TerminationKind")
-        .value("unknown", qc::TerminationKind::unknown)
-        .value("running", qc::TerminationKind::running)
-        .value("normal", qc::TerminationKind::normal)
-        .value("error", qc::TerminationKind::error)
-        .value("interrupted", qc::TerminationKind::interrupted)
-        .value("truncated", qc::TerminationKind::truncated);
-    py::enum_<qc::TaskKind>(module, "TaskKind")
-        .value("single_point", qc::TaskKind::single_point)
-        .value("optimization", qc::TaskKind::optimization)
-        .value("frequency", qc::TaskKind::frequency)
-        .value("excited_state", qc::TaskKind::excited_state)
-        .value("irc", qc::TaskKind::irc)
-        .value("scan", qc::TaskKind::scan)
-        .value("neb", qc::TaskKind::neb);
-    py::enum_<qc::JobRelation>(module, "JobRelation")
-        .value("none", qc::JobRelation::none)
-        .value("link", qc::JobRelation::link)
-        .value("restart", qc::JobRelation::restart)
-        .value("branch", qc::JobRelation::branch)
-        .value("image", qc::JobRelation::image);
-    py::enum_<qc::EnergyKind>(module, "EnergyKind")
-        .value("unknown", qc::EnergyKind::unknown)
-        .value("electronic", qc::EnergyKind::electronic)
-        .value("scf", qc::EnergyKind::scf)
-        .value("correlated", qc::EnergyKind::correlated)
-        .value("excited_state_total", qc::EnergyKind::excited_state_total)
-        .value("gibbs_free", qc::EnergyKind::gibbs_free)
-        .value("enthalpy", qc::EnergyKind::enthalpy)
-        .value("zero_point", qc::EnergyKind::zero_point)
-        .value("thermal_correction", qc::EnergyKind::thermal_correction);
-    py::enum_<qc::ConvergenceStatus>(module, "ConvergenceStatus")
-        .value("unknown", qc::ConvergenceStatus::unknown)
-        .value("converged", qc::ConvergenceStatus::converged)
-        .value("not_converged", qc::ConvergenceStatus::not_converged);
-    py::enum_<qc::CriterionKind>(module, "CriterionKind")
-        .value("max_force", qc::CriterionKind::max_force)
-        .value("rms_force", qc::CriterionKind::rms_force)
-        .value("max_displacement", qc::CriterionKind::max_displacement)
-        .value("rms_displacement", qc::CriterionKind::rms_displacement)
-        .value("energy_change", qc::CriterionKind::energy_change)
-        .value("gradient_norm", qc::CriterionKind::gradient_norm)
-        .value("constraint_violation", qc::CriterionKind::constraint_violation);
-    py::enum_<qc::SpinChannel>(module, "SpinChannel")
-        .value("none", qc::SpinChannel::none)
-        .value("alpha", qc::SpinChannel::alpha)
-        .value("beta", qc::SpinChannel::beta);
+    py::object const base = py::module_::import("morv_qc_json._enumerations").attr("WireEnum");
+    bind_enumeration<model::ParseStatus>(module, base, "ParseStatus", 3, "How far a decode got.");
+    bind_enumeration<model::Severity>(module, base, "Severity", 3, "How much a diagnostic matters.");
+    bind_enumeration<qc::ProgramKind>(module, base, "ProgramKind", 4, "The program that made a document.");
+    bind_enumeration<qc::ResultProfile>(module, base, "ResultProfile", 4, "How much of a run the producer kept.");
+    bind_enumeration<qc::TerminationKind>(module, base, "TerminationKind", 6, "How a program or job ended.");
+    bind_enumeration<qc::TaskKind>(module, base, "TaskKind", 7, "What a job was asked to do.");
+    bind_enumeration<qc::JobRelation>(module, base, "JobRelation", 5, "How a job follows its parent.");
+    bind_enumeration<qc::EnergyKind>(module, base, "EnergyKind", 9, "What an energy record is.");
+    bind_enumeration<qc::ConvergenceStatus>(module, base, "ConvergenceStatus", 3, "Whether a step converged.");
+    bind_enumeration<qc::CriterionKind>(module, base, "CriterionKind", 7, "What a convergence test measures.");
+    bind_enumeration<qc::SpinChannel>(module, base, "SpinChannel", 3, "The spin of an orbital set.");
+    module.attr("WireEnum") = base;
 }
 
 }  // namespace morv::python

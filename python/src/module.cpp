@@ -10,7 +10,6 @@ PYBIND11_MODULE(_core, module) {
         "reader, an exact writer, and every record of the model as a typed object.";
     module.attr("__version__") = morv::qc::json::library_version;
     module.attr("schema_id") = morv::qc::json::schema_id;
-    // Classes first, so that the lists of them know their element types.
     bind_enumerations(module);
     bind_document_records(module);
     bind_analysis_records(module);
