@@ -1,190 +1,253 @@
 """Quantum-chemistry result documents ("morv.qc.document.v2") between Python and JSON text."""
 
+import io
 import os
 from collections.abc import Iterable, Iterator, Sequence
-from typing import Any, BinaryIO, ClassVar, Generic, Self, SupportsIndex, TextIO, TypeAlias, TypeVar, overload
+from typing import (
+    Any,
+    ClassVar,
+    Generic,
+    Protocol,
+    Self,
+    SupportsFloat,
+    SupportsIndex,
+    TextIO,
+    TypeAlias,
+    TypeVar,
+    overload,
+)
 
 import numpy
 from numpy.typing import ArrayLike, DTypeLike, NDArray
 
+from ._enumerations import WireEnum as WireEnum
+
 __version__: str
 schema_id: str
 
-# Enumerations. pybind11 enumerations are not enum.Enum subclasses: each is a
-# class of its own whose members are instances held as class attributes. The
-# base class below exists only in this stub, to say once what they share.
+# Enumerations: enum.IntEnum classes that the module makes when it loads, one
+# member for each wire word, named by it and numbered as in C++. A member is
+# found by its number or by its word: EnergyKind(2) and EnergyKind("scf") are
+# EnergyKind.scf.
 
-class _Enumeration:
-    def __init__(self, value: int) -> None: ...
-    @property
-    def name(self) -> str: ...
-    @property
-    def value(self) -> int: ...
-    def __int__(self) -> int: ...
-    def __index__(self) -> int: ...
+class ParseStatus(WireEnum):
+    """How far a decode got."""
+
+    complete = 0
+    partial = 1
+    failed = 2
+    def __new__(cls, value: int | str) -> Self: ...
+
+class Severity(WireEnum):
+    """How much a diagnostic matters."""
+
+    note = 0
+    warning = 1
+    error = 2
+    def __new__(cls, value: int | str) -> Self: ...
+
+class ProgramKind(WireEnum):
+    """The program that made a document."""
+
+    unknown = 0
+    gaussian = 1
+    orca = 2
+    gamess = 3
+    def __new__(cls, value: int | str) -> Self: ...
+
+class ResultProfile(WireEnum):
+    """How much of a run the producer kept."""
+
+    unknown = 0
+    summary = 1
+    standard = 2
+    full = 3
+    def __new__(cls, value: int | str) -> Self: ...
+
+class TerminationKind(WireEnum):
+    """How a program or job ended."""
+
+    unknown = 0
+    running = 1
+    normal = 2
+    error = 3
+    interrupted = 4
+    truncated = 5
+    def __new__(cls, value: int | str) -> Self: ...
+
+class TaskKind(WireEnum):
+    """What a job was asked to do."""
+
+    single_point = 0
+    optimization = 1
+    frequency = 2
+    excited_state = 3
+    irc = 4
+    scan = 5
+    neb = 6
+    def __new__(cls, value: int | str) -> Self: ...
+
+class JobRelation(WireEnum):
+    """How a job follows its parent."""
+
+    none = 0
+    link = 1
+    restart = 2
+    branch = 3
+    image = 4
+    def __new__(cls, value: int | str) -> Self: ...
+
+class EnergyKind(WireEnum):
+    """What an energy record is."""
+
+    unknown = 0
+    electronic = 1
+    scf = 2
+    correlated = 3
+    excited_state_total = 4
+    gibbs_free = 5
+    enthalpy = 6
+    zero_point = 7
+    thermal_correction = 8
+    def __new__(cls, value: int | str) -> Self: ...
+
+class ConvergenceStatus(WireEnum):
+    """Whether a step converged."""
+
+    unknown = 0
+    converged = 1
+    not_converged = 2
+    def __new__(cls, value: int | str) -> Self: ...
+
+class CriterionKind(WireEnum):
+    """What a convergence test measures."""
+
+    max_force = 0
+    rms_force = 1
+    max_displacement = 2
+    rms_displacement = 3
+    energy_change = 4
+    gradient_norm = 5
+    constraint_violation = 6
+    def __new__(cls, value: int | str) -> Self: ...
+
+class SpinChannel(WireEnum):
+    """The spin of an orbital set."""
+
+    none = 0
+    alpha = 1
+    beta = 2
+    def __new__(cls, value: int | str) -> Self: ...
+
+# What a field accepts besides the type it gives back: a float field any real
+# number, an int field any integer (NumPy's scalars included; a bool is refused
+# at run time, though the types cannot say so), a bool field NumPy's bool too.
+_FloatLike: TypeAlias = SupportsFloat | SupportsIndex
+_IntLike: TypeAlias = SupportsIndex
+_BoolLike: TypeAlias = bool | numpy.bool_
+# A Vec3, or any sequence of three numbers (a tuple, a row of an array).
+_Vec3Like: TypeAlias = Vec3 | Sequence[_FloatLike] | NDArray[Any]
+# Vectors one by one, or an array of shape (N, 3).
+_Vec3ListLike: TypeAlias = Iterable[_Vec3Like] | NDArray[Any]
+
+# The records and lists are pybind11 classes, whose metaclass is pybind11's
+# own; this stand-in for it exists only in the stub, as do the private base
+# classes below.
+class _HandleType(type): ...
+
+class _Handle(metaclass=_HandleType):
     def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    def __hash__(self) -> int: ...
-    def __getstate__(self) -> int: ...
-    def __setstate__(self, state: int) -> None: ...
+    __hash__: ClassVar[None]  # type: ignore[assignment]
+    def __repr__(self) -> str: ...
+    def __copy__(self) -> Self:
+        """A record or list of its own, equal to this one."""
+    def __deepcopy__(self, memo: object) -> Self: ...
 
-class ParseStatus(_Enumeration):
-    __members__: ClassVar[dict[str, ParseStatus]]
-    complete: ClassVar[ParseStatus]
-    partial: ClassVar[ParseStatus]
-    failed: ClassVar[ParseStatus]
+# Records. Every class takes its fields as optional keyword arguments (the
+# others keep their defaults), compares field by field and is therefore
+# unhashable. A record taken from a document is a handle on its place there:
+# changing it changes the document, and once that place holds another record
+# (its list reordered or shortened, it or its owner replaced) using it raises
+# RuntimeError. A field that holds a record or a list gives such a handle too;
+# assigning to it copies the value in. Copies and unpickled records are records
+# of their own.
 
-class Severity(_Enumeration):
-    __members__: ClassVar[dict[str, Severity]]
-    note: ClassVar[Severity]
-    warning: ClassVar[Severity]
-    error: ClassVar[Severity]
+class _Record(_Handle):
+    def __getstate__(self) -> tuple[Any, ...]: ...
+    def __setstate__(self, state: tuple[Any, ...], /) -> None: ...
 
-class ProgramKind(_Enumeration):
-    __members__: ClassVar[dict[str, ProgramKind]]
-    unknown: ClassVar[ProgramKind]
-    gaussian: ClassVar[ProgramKind]
-    orca: ClassVar[ProgramKind]
-    gamess: ClassVar[ProgramKind]
+# Lists. A list taken from a record is that record's list, so changing it
+# changes the record; an element taken from it is a handle on that element,
+# and a slice is a builtins.list of such handles. A list made by its
+# constructor is a list of its own. At run time the lists have no __iter__:
+# iteration goes through __getitem__ until IndexError, as for any sequence,
+# and __iter__ below only says what it gives.
 
-class ResultProfile(_Enumeration):
-    __members__: ClassVar[dict[str, ResultProfile]]
-    unknown: ClassVar[ResultProfile]
-    summary: ClassVar[ResultProfile]
-    standard: ClassVar[ResultProfile]
-    full: ClassVar[ResultProfile]
+_Item = TypeVar("_Item")
+_ItemLike = TypeVar("_ItemLike")
 
-class TerminationKind(_Enumeration):
-    __members__: ClassVar[dict[str, TerminationKind]]
-    unknown: ClassVar[TerminationKind]
-    running: ClassVar[TerminationKind]
-    normal: ClassVar[TerminationKind]
-    error: ClassVar[TerminationKind]
-    interrupted: ClassVar[TerminationKind]
-    truncated: ClassVar[TerminationKind]
-
-class TaskKind(_Enumeration):
-    __members__: ClassVar[dict[str, TaskKind]]
-    single_point: ClassVar[TaskKind]
-    optimization: ClassVar[TaskKind]
-    frequency: ClassVar[TaskKind]
-    excited_state: ClassVar[TaskKind]
-    irc: ClassVar[TaskKind]
-    scan: ClassVar[TaskKind]
-    neb: ClassVar[TaskKind]
-
-class JobRelation(_Enumeration):
-    __members__: ClassVar[dict[str, JobRelation]]
-    none: ClassVar[JobRelation]
-    link: ClassVar[JobRelation]
-    restart: ClassVar[JobRelation]
-    branch: ClassVar[JobRelation]
-    image: ClassVar[JobRelation]
-
-class EnergyKind(_Enumeration):
-    __members__: ClassVar[dict[str, EnergyKind]]
-    unknown: ClassVar[EnergyKind]
-    electronic: ClassVar[EnergyKind]
-    scf: ClassVar[EnergyKind]
-    correlated: ClassVar[EnergyKind]
-    excited_state_total: ClassVar[EnergyKind]
-    gibbs_free: ClassVar[EnergyKind]
-    enthalpy: ClassVar[EnergyKind]
-    zero_point: ClassVar[EnergyKind]
-    thermal_correction: ClassVar[EnergyKind]
-
-class ConvergenceStatus(_Enumeration):
-    __members__: ClassVar[dict[str, ConvergenceStatus]]
-    unknown: ClassVar[ConvergenceStatus]
-    converged: ClassVar[ConvergenceStatus]
-    not_converged: ClassVar[ConvergenceStatus]
-
-class CriterionKind(_Enumeration):
-    __members__: ClassVar[dict[str, CriterionKind]]
-    max_force: ClassVar[CriterionKind]
-    rms_force: ClassVar[CriterionKind]
-    max_displacement: ClassVar[CriterionKind]
-    rms_displacement: ClassVar[CriterionKind]
-    energy_change: ClassVar[CriterionKind]
-    gradient_norm: ClassVar[CriterionKind]
-    constraint_violation: ClassVar[CriterionKind]
-
-class SpinChannel(_Enumeration):
-    __members__: ClassVar[dict[str, SpinChannel]]
-    none: ClassVar[SpinChannel]
-    alpha: ClassVar[SpinChannel]
-    beta: ClassVar[SpinChannel]
-
-# List types. Each wraps the C++ vector inside its owner, so changing a list
-# changes the document. The generic base class exists only in this stub.
-
-_T = TypeVar("_T")
-
-class _RecordList(Generic[_T]):
-    def __init__(self, iterable: Iterable[_T] = ..., /) -> None: ...
-    def __bool__(self) -> bool: ...
+class _List(_Handle, Generic[_Item, _ItemLike]):
+    def __init__(self, items: Iterable[_ItemLike] = ()) -> None:
+        """A list of its own, filled from any iterable of elements."""
+    def __eq__(self, other: object) -> bool:
+        """Equal to a list of the same class, or to a list or tuple, with equal elements."""
     def __len__(self) -> int: ...
     @overload
-    def __getitem__(self, index: SupportsIndex, /) -> _T: ...
+    def __getitem__(self, index: SupportsIndex, /) -> _Item: ...
     @overload
-    def __getitem__(self, index: slice, /) -> Self: ...
+    def __getitem__(self, index: slice, /) -> list[_Item]: ...
     @overload
-    def __setitem__(self, index: SupportsIndex, value: _T, /) -> None: ...
+    def __setitem__(self, index: SupportsIndex, value: _ItemLike, /) -> None: ...
     @overload
-    def __setitem__(self, index: slice, value: Iterable[_T], /) -> None: ...
+    def __setitem__(self, index: slice, value: Iterable[_ItemLike], /) -> None: ...
     def __delitem__(self, index: SupportsIndex | slice, /) -> None: ...
-    def __iter__(self) -> Iterator[_T]: ...
-    def __contains__(self, x: _T, /) -> bool: ...
-    def append(self, x: _T) -> None: ...
-    def extend(self, L: Iterable[_T]) -> None: ...
-    def insert(self, i: SupportsIndex, x: _T) -> None: ...
-    def pop(self, i: SupportsIndex = -1) -> _T: ...
-    def remove(self, x: _T) -> None:
-        """Removes the first element equal to x; ValueError when there is none."""
-    def count(self, x: _T) -> int: ...
+    def __iter__(self) -> Iterator[_Item]: ...
+    def __contains__(self, value: object, /) -> bool: ...
+    def append(self, value: _ItemLike) -> None:
+        """Adds an element at the end; elements taken before stay good."""
+    def extend(self, values: Iterable[_ItemLike]) -> None:
+        """Adds the elements of an iterable at the end; elements taken before stay good."""
+    def insert(self, index: SupportsIndex, value: _ItemLike) -> None: ...
+    def pop(self, index: SupportsIndex = -1) -> _Item:
+        """Removes an element and gives it back as a record of its own."""
+    def remove(self, value: _ItemLike) -> None:
+        """Removes the first element equal to value; ValueError when there is none."""
     def clear(self) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
+    def index(self, value: object) -> int: ...
+    def count(self, value: object) -> int: ...
+    def __getstate__(self) -> list[_Item]: ...
+    def __setstate__(self, state: list[_ItemLike], /) -> None: ...
 
-class DiagnosticList(_RecordList[Diagnostic]): ...
-class SourceFileList(_RecordList[SourceFile]): ...
-class AtomSiteList(_RecordList[AtomSite]): ...
-class ChemicalSystemList(_RecordList[ChemicalSystem]): ...
-class GeometryFrameList(_RecordList[GeometryFrame]): ...
-class TaskKindList(_RecordList[TaskKind]): ...
-class StepIdList(_RecordList[int]): ...
-class CalculationJobList(_RecordList[CalculationJob]): ...
-class EnergyRecordList(_RecordList[EnergyRecord]): ...
-class ConvergenceCriterionList(_RecordList[ConvergenceCriterion]): ...
-class CalculationStepList(_RecordList[CalculationStep]): ...
-class VibrationalModeList(_RecordList[VibrationalMode]): ...
-class ExcitationContributionList(_RecordList[ExcitationContribution]): ...
-class AbsorptionPeakList(_RecordList[AbsorptionPeak]): ...
-class ExcitedStateList(_RecordList[ExcitedState]): ...
-class OrbitalList(_RecordList[Orbital]): ...
-class PermanentDipoleList(_RecordList[PermanentDipole]): ...
-class AtomicChargeRecordList(_RecordList[AtomicChargeRecord]): ...
-class ScalarPropertyList(_RecordList[ScalarProperty]): ...
-class AnalysisBlockList(_RecordList[AnalysisBlock]): ...
+class DiagnosticList(_List[Diagnostic, Diagnostic]): ...
+class SourceFileList(_List[SourceFile, SourceFile]): ...
+class AtomSiteList(_List[AtomSite, AtomSite]): ...
+class ChemicalSystemList(_List[ChemicalSystem, ChemicalSystem]): ...
+class GeometryFrameList(_List[GeometryFrame, GeometryFrame]): ...
+class CalculationJobList(_List[CalculationJob, CalculationJob]): ...
+class TaskKindList(_List[TaskKind, TaskKind]): ...
+class StepIdList(_List[int, _IntLike]): ...
+class CalculationStepList(_List[CalculationStep, CalculationStep]): ...
+class EnergyRecordList(_List[EnergyRecord, EnergyRecord]): ...
+class ConvergenceCriterionList(_List[ConvergenceCriterion, ConvergenceCriterion]): ...
+class AnalysisBlockList(_List[AnalysisBlock, AnalysisBlock]): ...
+class VibrationalModeList(_List[VibrationalMode, VibrationalMode]): ...
+class ExcitationContributionList(_List[ExcitationContribution, ExcitationContribution]): ...
+class AbsorptionPeakList(_List[AbsorptionPeak, AbsorptionPeak]): ...
+class ExcitedStateList(_List[ExcitedState, ExcitedState]): ...
+class OrbitalList(_List[Orbital, Orbital]): ...
+class PermanentDipoleList(_List[PermanentDipole, PermanentDipole]): ...
+class AtomicChargeRecordList(_List[AtomicChargeRecord, AtomicChargeRecord]): ...
+class ScalarPropertyList(_List[ScalarProperty, ScalarProperty]): ...
 
-# A sequence of three numbers converts to a Vec3 wherever one is expected.
-_Vec3Like: TypeAlias = Vec3 | Sequence[float]
-# Vectors, or anything NumPy turns into an (N, 3) float array.
-_Vec3ListLike: TypeAlias = Iterable[_Vec3Like] | ArrayLike
-
-class Vec3List(_RecordList[Vec3]):
-    def __init__(self, iterable: _Vec3ListLike = ..., /) -> None: ...
+class Vec3List(_List[Vec3, _Vec3Like]):
+    def __init__(self, items: _Vec3ListLike = ()) -> None:
+        """A list of its own, filled from vectors or from an array of shape (N, 3)."""
     @overload
     def __setitem__(self, index: SupportsIndex, value: _Vec3Like, /) -> None: ...
     @overload
     def __setitem__(self, index: slice, value: _Vec3ListLike, /) -> None: ...
-    def __contains__(self, x: _Vec3Like, /) -> bool: ...
-    def append(self, x: _Vec3Like) -> None: ...
-    def extend(self, L: _Vec3ListLike) -> None: ...
-    def insert(self, i: SupportsIndex, x: _Vec3Like) -> None: ...
-    def remove(self, x: _Vec3Like) -> None: ...
-    def count(self, x: _Vec3Like) -> int: ...
+    def extend(self, values: _Vec3ListLike) -> None:
+        """Adds vectors, or the rows of an array of shape (N, 3), at the end."""
     @overload
     def __array__(self, dtype: None = None) -> NDArray[numpy.float64]: ...
     @overload
@@ -192,30 +255,37 @@ class Vec3List(_RecordList[Vec3]):
     def to_numpy(self) -> NDArray[numpy.float64]:
         """A new float64 array of shape (N, 3)."""
 
-# Records. Every class takes its fields as optional keyword arguments,
-# compares field by field and is therefore unhashable.
+class SourcePosition(_Record):
+    """A place in a source file."""
 
-class SourcePosition:
-    offset: int
-    line: int
-    column: int
-    def __init__(self, *, offset: int = 0, line: int = 0, column: int = 0) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
+    @property
+    def offset(self) -> int: ...
+    @offset.setter
+    def offset(self, value: _IntLike) -> None: ...
+    @property
+    def line(self) -> int: ...
+    @line.setter
+    def line(self, value: _IntLike) -> None: ...
+    @property
+    def column(self) -> int: ...
+    @column.setter
+    def column(self, value: _IntLike) -> None: ...
+    def __init__(self, *, offset: _IntLike = 0, line: _IntLike = 0, column: _IntLike = 0) -> None: ...
 
-class SourceSpan:
+class SourceSpan(_Record):
     """A region of one source file of the document; `source_id` names the file."""
 
-    source_id: int
+    @property
+    def source_id(self) -> int: ...
+    @source_id.setter
+    def source_id(self, value: _IntLike) -> None: ...
     begin: SourcePosition
     end: SourcePosition
-    def __init__(self, *, source_id: int = 0, begin: SourcePosition = ..., end: SourcePosition = ...) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
+    def __init__(self, *, source_id: _IntLike = 0, begin: SourcePosition = ..., end: SourcePosition = ...) -> None: ...
 
-class Diagnostic:
+class Diagnostic(_Record):
+    """One finding of a decode, or one stored in the document."""
+
     severity: Severity
     code: str
     message: str
@@ -228,91 +298,115 @@ class Diagnostic:
         message: str = "",
         source: SourceSpan | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class SourceFile:
+class SourceFile(_Record):
     """One file that a document was made from."""
 
-    id: int
+    @property
+    def id(self) -> int: ...
+    @id.setter
+    def id(self, value: _IntLike) -> None: ...
     path: str
     sha256: str | None
-    size_bytes: int | None
+    @property
+    def size_bytes(self) -> int | None: ...
+    @size_bytes.setter
+    def size_bytes(self, value: _IntLike | None) -> None: ...
     embedded_content: str | None
     def __init__(
         self,
         *,
-        id: int = 0,
+        id: _IntLike = 0,
         path: str = "",
         sha256: str | None = None,
-        size_bytes: int | None = None,
+        size_bytes: _IntLike | None = None,
         embedded_content: str | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class Vec3:
+class Vec3(_Record):
     """A Cartesian vector. It carries no unit; the field that holds it does."""
 
-    x: float
-    y: float
-    z: float
+    @property
+    def x(self) -> float: ...
+    @x.setter
+    def x(self, value: _FloatLike) -> None: ...
+    @property
+    def y(self) -> float: ...
+    @y.setter
+    def y(self, value: _FloatLike) -> None: ...
+    @property
+    def z(self) -> float: ...
+    @z.setter
+    def z(self, value: _FloatLike) -> None: ...
     @overload
-    def __init__(self, *, x: float = 0.0, y: float = 0.0, z: float = 0.0) -> None: ...
+    def __init__(self, *, x: _FloatLike = 0.0, y: _FloatLike = 0.0, z: _FloatLike = 0.0) -> None: ...
     @overload
-    def __init__(self, x: float, y: float, z: float) -> None: ...
+    def __init__(self, x: _FloatLike, y: _FloatLike, z: _FloatLike) -> None: ...
     @overload
-    def __init__(self, values: Sequence[float], /) -> None:
+    def __init__(self, values: Sequence[_FloatLike] | NDArray[Any], /) -> None:
         """Exactly three numbers."""
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class AtomSite:
-    id: int
+class AtomSite(_Record):
+    """One atom of a system."""
+
+    @property
+    def id(self) -> int: ...
+    @id.setter
+    def id(self, value: _IntLike) -> None: ...
     symbol: str
     raw_label: str
-    atomic_number: int | None
-    isotope: int | None
-    formal_charge: int | None
+    @property
+    def atomic_number(self) -> int | None: ...
+    @atomic_number.setter
+    def atomic_number(self, value: _IntLike | None) -> None: ...
+    @property
+    def isotope(self) -> int | None: ...
+    @isotope.setter
+    def isotope(self, value: _IntLike | None) -> None: ...
+    @property
+    def formal_charge(self) -> int | None: ...
+    @formal_charge.setter
+    def formal_charge(self, value: _IntLike | None) -> None: ...
     def __init__(
         self,
         *,
-        id: int = 0,
+        id: _IntLike = 0,
         symbol: str = "",
         raw_label: str = "",
-        atomic_number: int | None = None,
-        isotope: int | None = None,
-        formal_charge: int | None = None,
+        atomic_number: _IntLike | None = None,
+        isotope: _IntLike | None = None,
+        formal_charge: _IntLike | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class Topology:
+class Topology(_Record):
+    """The atoms of a system."""
+
     @property
     def atoms(self) -> AtomSiteList: ...
     @atoms.setter
     def atoms(self, value: Iterable[AtomSite]) -> None: ...
     def __init__(self, *, atoms: Iterable[AtomSite] = ...) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class ElectronicState:
-    charge: int
-    multiplicity: int
-    def __init__(self, *, charge: int = 0, multiplicity: int = 0) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
+class ElectronicState(_Record):
+    """Charge and multiplicity."""
 
-class ChemicalSystem:
+    @property
+    def charge(self) -> int: ...
+    @charge.setter
+    def charge(self, value: _IntLike) -> None: ...
+    @property
+    def multiplicity(self) -> int: ...
+    @multiplicity.setter
+    def multiplicity(self, value: _IntLike) -> None: ...
+    def __init__(self, *, charge: _IntLike = 0, multiplicity: _IntLike = 0) -> None: ...
+
+class ChemicalSystem(_Record):
     """A labelled list of atoms. Coordinates live in geometry frames."""
 
-    id: int
+    @property
+    def id(self) -> int: ...
+    @id.setter
+    def id(self, value: _IntLike) -> None: ...
     label: str
     topology: Topology
     electronic_state: ElectronicState | None
@@ -320,21 +414,24 @@ class ChemicalSystem:
     def __init__(
         self,
         *,
-        id: int = 0,
+        id: _IntLike = 0,
         label: str = "",
         topology: Topology = ...,
         electronic_state: ElectronicState | None = None,
         source: SourceSpan | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class GeometryFrame:
+class GeometryFrame(_Record):
     """One set of atom positions of one chemical system."""
 
-    id: int
-    system_id: int
+    @property
+    def id(self) -> int: ...
+    @id.setter
+    def id(self, value: _IntLike) -> None: ...
+    @property
+    def system_id(self) -> int: ...
+    @system_id.setter
+    def system_id(self, value: _IntLike) -> None: ...
     @property
     def positions_angstrom(self) -> Vec3List: ...
     @positions_angstrom.setter
@@ -343,16 +440,15 @@ class GeometryFrame:
     def __init__(
         self,
         *,
-        id: int = 0,
-        system_id: int = 0,
+        id: _IntLike = 0,
+        system_id: _IntLike = 0,
         positions_angstrom: _Vec3ListLike = ...,
         source: SourceSpan | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class Termination:
+class Termination(_Record):
+    """How a program or job ended."""
+
     kind: TerminationKind
     reason: str
     source: SourceSpan | None
@@ -363,11 +459,10 @@ class Termination:
         reason: str = "",
         source: SourceSpan | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class ProgramInfo:
+class ProgramInfo(_Record):
+    """The program of the run and how the run ended."""
+
     kind: ProgramKind
     name: str
     version: str
@@ -382,32 +477,43 @@ class ProgramInfo:
         input_file_name: str = "",
         termination: Termination = ...,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class RequestedAnalyses:
+class RequestedAnalyses(_Record):
     """Which kinds of analysis the producer of a document was asked to extract."""
 
-    gradients: bool
-    vibrations: bool
-    excited_states: bool
-    orbitals: bool
-    dipoles: bool
+    @property
+    def gradients(self) -> bool: ...
+    @gradients.setter
+    def gradients(self, value: _BoolLike) -> None: ...
+    @property
+    def vibrations(self) -> bool: ...
+    @vibrations.setter
+    def vibrations(self, value: _BoolLike) -> None: ...
+    @property
+    def excited_states(self) -> bool: ...
+    @excited_states.setter
+    def excited_states(self, value: _BoolLike) -> None: ...
+    @property
+    def orbitals(self) -> bool: ...
+    @orbitals.setter
+    def orbitals(self, value: _BoolLike) -> None: ...
+    @property
+    def dipoles(self) -> bool: ...
+    @dipoles.setter
+    def dipoles(self, value: _BoolLike) -> None: ...
     def __init__(
         self,
         *,
-        gradients: bool = True,
-        vibrations: bool = True,
-        excited_states: bool = True,
-        orbitals: bool = True,
-        dipoles: bool = True,
+        gradients: _BoolLike = True,
+        vibrations: _BoolLike = True,
+        excited_states: _BoolLike = True,
+        orbitals: _BoolLike = True,
+        dipoles: _BoolLike = True,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class Normalization:
+class Normalization(_Record):
+    """How much of the run the producer kept."""
+
     profile: ResultProfile
     requested_analyses: RequestedAnalyses
     def __init__(
@@ -416,77 +522,93 @@ class Normalization:
         profile: ResultProfile = ResultProfile.unknown,
         requested_analyses: RequestedAnalyses = ...,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class EnergyRecord:
+class EnergyRecord(_Record):
     """One labelled energy, in hartree."""
 
-    id: int
+    @property
+    def id(self) -> int: ...
+    @id.setter
+    def id(self, value: _IntLike) -> None: ...
     kind: EnergyKind
     label: str
     method: str
-    value: float
+    @property
+    def value(self) -> float: ...
+    @value.setter
+    def value(self, value: _FloatLike) -> None: ...
     source: SourceSpan | None
     def __init__(
         self,
         *,
-        id: int = 0,
+        id: _IntLike = 0,
         kind: EnergyKind = EnergyKind.unknown,
         label: str = "",
         method: str = "",
-        value: float = 0.0,
+        value: _FloatLike = 0.0,
         source: SourceSpan | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class GradientRecord:
+class GradientRecord(_Record):
     """Gradient vectors in hartree per bohr, with the summary numbers that the program reported."""
 
     @property
     def vectors(self) -> Vec3List: ...
     @vectors.setter
     def vectors(self, value: _Vec3ListLike) -> None: ...
-    norm: float | None
-    rms: float | None
-    max: float | None
+    @property
+    def norm(self) -> float | None: ...
+    @norm.setter
+    def norm(self, value: _FloatLike | None) -> None: ...
+    @property
+    def rms(self) -> float | None: ...
+    @rms.setter
+    def rms(self, value: _FloatLike | None) -> None: ...
+    @property
+    def max(self) -> float | None: ...
+    @max.setter
+    def max(self, value: _FloatLike | None) -> None: ...
     source: SourceSpan | None
     def __init__(
         self,
         *,
         vectors: _Vec3ListLike = ...,
-        norm: float | None = None,
-        rms: float | None = None,
-        max: float | None = None,
+        norm: _FloatLike | None = None,
+        rms: _FloatLike | None = None,
+        max: _FloatLike | None = None,
         source: SourceSpan | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class ConvergenceCriterion:
+class ConvergenceCriterion(_Record):
+    """One test of an optimisation step."""
+
     kind: CriterionKind
-    value: float
-    threshold: float | None
-    satisfied: bool | None
+    @property
+    def value(self) -> float: ...
+    @value.setter
+    def value(self, value: _FloatLike) -> None: ...
+    @property
+    def threshold(self) -> float | None: ...
+    @threshold.setter
+    def threshold(self, value: _FloatLike | None) -> None: ...
+    @property
+    def satisfied(self) -> bool | None: ...
+    @satisfied.setter
+    def satisfied(self, value: _BoolLike | None) -> None: ...
     unit: str
     def __init__(
         self,
         *,
         kind: CriterionKind = CriterionKind.gradient_norm,
-        value: float = 0.0,
-        threshold: float | None = None,
-        satisfied: bool | None = None,
+        value: _FloatLike = 0.0,
+        threshold: _FloatLike | None = None,
+        satisfied: _BoolLike | None = None,
         unit: str = "",
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class ConvergenceRecord:
+class ConvergenceRecord(_Record):
+    """The convergence tests of a step."""
+
     @property
     def criteria(self) -> ConvergenceCriterionList: ...
     @criteria.setter
@@ -500,17 +622,26 @@ class ConvergenceRecord:
         status: ConvergenceStatus = ConvergenceStatus.unknown,
         source: SourceSpan | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class CalculationJob:
+class CalculationJob(_Record):
     """One piece of work of a run on one chemical system."""
 
-    id: int
-    system_id: int
-    ordinal: int
-    parent_job_id: int | None
+    @property
+    def id(self) -> int: ...
+    @id.setter
+    def id(self, value: _IntLike) -> None: ...
+    @property
+    def system_id(self) -> int: ...
+    @system_id.setter
+    def system_id(self, value: _IntLike) -> None: ...
+    @property
+    def ordinal(self) -> int: ...
+    @ordinal.setter
+    def ordinal(self, value: _IntLike) -> None: ...
+    @property
+    def parent_job_id(self) -> int | None: ...
+    @parent_job_id.setter
+    def parent_job_id(self, value: _IntLike | None) -> None: ...
     relation: JobRelation
     @property
     def tasks(self) -> TaskKindList: ...
@@ -523,76 +654,109 @@ class CalculationJob:
     @property
     def step_ids(self) -> StepIdList: ...
     @step_ids.setter
-    def step_ids(self, value: Iterable[int]) -> None: ...
+    def step_ids(self, value: Iterable[_IntLike]) -> None: ...
     termination: Termination
     source: SourceSpan | None
     def __init__(
         self,
         *,
-        id: int = 0,
-        system_id: int = 0,
-        ordinal: int = 0,
-        parent_job_id: int | None = None,
+        id: _IntLike = 0,
+        system_id: _IntLike = 0,
+        ordinal: _IntLike = 0,
+        parent_job_id: _IntLike | None = None,
         relation: JobRelation = JobRelation.none,
         tasks: Iterable[TaskKind] = ...,
         primary_task: TaskKind | None = None,
         method: str = "",
         basis_set: str = "",
         keywords: str = "",
-        step_ids: Iterable[int] = ...,
+        step_ids: Iterable[_IntLike] = ...,
         termination: Termination = ...,
         source: SourceSpan | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class CalculationStep:
+class CalculationStep(_Record):
     """One point of a job's progress: a geometry with what was found there."""
 
-    id: int
-    job_id: int
-    system_id: int
-    ordinal: int
-    native_cycle: int | None
-    frame_id: int | None
+    @property
+    def id(self) -> int: ...
+    @id.setter
+    def id(self, value: _IntLike) -> None: ...
+    @property
+    def job_id(self) -> int: ...
+    @job_id.setter
+    def job_id(self, value: _IntLike) -> None: ...
+    @property
+    def system_id(self) -> int: ...
+    @system_id.setter
+    def system_id(self, value: _IntLike) -> None: ...
+    @property
+    def ordinal(self) -> int: ...
+    @ordinal.setter
+    def ordinal(self, value: _IntLike) -> None: ...
+    @property
+    def native_cycle(self) -> int | None: ...
+    @native_cycle.setter
+    def native_cycle(self, value: _IntLike | None) -> None: ...
+    @property
+    def frame_id(self) -> int | None: ...
+    @frame_id.setter
+    def frame_id(self, value: _IntLike | None) -> None: ...
     @property
     def energies(self) -> EnergyRecordList: ...
     @energies.setter
     def energies(self, value: Iterable[EnergyRecord]) -> None: ...
-    primary_energy_id: int | None
+    @property
+    def primary_energy_id(self) -> int | None: ...
+    @primary_energy_id.setter
+    def primary_energy_id(self, value: _IntLike | None) -> None: ...
     gradient: GradientRecord | None
     convergence: ConvergenceRecord | None
     source: SourceSpan | None
     def __init__(
         self,
         *,
-        id: int = 0,
-        job_id: int = 0,
-        system_id: int = 0,
-        ordinal: int = 0,
-        native_cycle: int | None = None,
-        frame_id: int | None = None,
+        id: _IntLike = 0,
+        job_id: _IntLike = 0,
+        system_id: _IntLike = 0,
+        ordinal: _IntLike = 0,
+        native_cycle: _IntLike | None = None,
+        frame_id: _IntLike | None = None,
         energies: Iterable[EnergyRecord] = ...,
-        primary_energy_id: int | None = None,
+        primary_energy_id: _IntLike | None = None,
         gradient: GradientRecord | None = None,
         convergence: ConvergenceRecord | None = None,
         source: SourceSpan | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class VibrationalMode:
+class VibrationalMode(_Record):
     """One normal mode. An imaginary mode has a negative frequency."""
 
-    index: int | None
-    frequency_cm1: float
+    @property
+    def index(self) -> int | None: ...
+    @index.setter
+    def index(self, value: _IntLike | None) -> None: ...
+    @property
+    def frequency_cm1(self) -> float: ...
+    @frequency_cm1.setter
+    def frequency_cm1(self, value: _FloatLike) -> None: ...
     symmetry: str
-    reduced_mass_amu: float | None
-    force_constant_mdyne_per_angstrom: float | None
-    ir_intensity_km_per_mol: float | None
-    raman_activity: float | None
+    @property
+    def reduced_mass_amu(self) -> float | None: ...
+    @reduced_mass_amu.setter
+    def reduced_mass_amu(self, value: _FloatLike | None) -> None: ...
+    @property
+    def force_constant_mdyne_per_angstrom(self) -> float | None: ...
+    @force_constant_mdyne_per_angstrom.setter
+    def force_constant_mdyne_per_angstrom(self, value: _FloatLike | None) -> None: ...
+    @property
+    def ir_intensity_km_per_mol(self) -> float | None: ...
+    @ir_intensity_km_per_mol.setter
+    def ir_intensity_km_per_mol(self, value: _FloatLike | None) -> None: ...
+    @property
+    def raman_activity(self) -> float | None: ...
+    @raman_activity.setter
+    def raman_activity(self, value: _FloatLike | None) -> None: ...
     @property
     def displacements(self) -> Vec3List: ...
     @displacements.setter
@@ -600,118 +764,182 @@ class VibrationalMode:
     def __init__(
         self,
         *,
-        index: int | None = None,
-        frequency_cm1: float = 0.0,
+        index: _IntLike | None = None,
+        frequency_cm1: _FloatLike = 0.0,
         symmetry: str = "",
-        reduced_mass_amu: float | None = None,
-        force_constant_mdyne_per_angstrom: float | None = None,
-        ir_intensity_km_per_mol: float | None = None,
-        raman_activity: float | None = None,
+        reduced_mass_amu: _FloatLike | None = None,
+        force_constant_mdyne_per_angstrom: _FloatLike | None = None,
+        ir_intensity_km_per_mol: _FloatLike | None = None,
+        raman_activity: _FloatLike | None = None,
         displacements: _Vec3ListLike = ...,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class VibrationalBlock:
+class VibrationalBlock(_Record):
+    """The normal modes of a frequency job."""
+
     @property
     def modes(self) -> VibrationalModeList: ...
     @modes.setter
     def modes(self, value: Iterable[VibrationalMode]) -> None: ...
     def __init__(self, *, modes: Iterable[VibrationalMode] = ...) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class ExcitationContribution:
+class ExcitationContribution(_Record):
     """How one orbital-to-orbital promotion takes part in an excited state."""
 
     label: str
-    from_orbital: int | None
-    to_orbital: int | None
+    @property
+    def from_orbital(self) -> int | None: ...
+    @from_orbital.setter
+    def from_orbital(self, value: _IntLike | None) -> None: ...
+    @property
+    def to_orbital(self) -> int | None: ...
+    @to_orbital.setter
+    def to_orbital(self, value: _IntLike | None) -> None: ...
     from_type: str
     to_type: str
     from_spin: str | None
     """One character, or None."""
     to_spin: str | None
     """One character, or None."""
-    coefficient: float | None
-    weight: float | None
-    reverse: bool
+    @property
+    def coefficient(self) -> float | None: ...
+    @coefficient.setter
+    def coefficient(self, value: _FloatLike | None) -> None: ...
+    @property
+    def weight(self) -> float | None: ...
+    @weight.setter
+    def weight(self, value: _FloatLike | None) -> None: ...
+    @property
+    def reverse(self) -> bool: ...
+    @reverse.setter
+    def reverse(self, value: _BoolLike) -> None: ...
     def __init__(
         self,
         *,
         label: str = "",
-        from_orbital: int | None = None,
-        to_orbital: int | None = None,
+        from_orbital: _IntLike | None = None,
+        to_orbital: _IntLike | None = None,
         from_type: str = "",
         to_type: str = "",
         from_spin: str | None = None,
         to_spin: str | None = None,
-        coefficient: float | None = None,
-        weight: float | None = None,
-        reverse: bool = False,
+        coefficient: _FloatLike | None = None,
+        weight: _FloatLike | None = None,
+        reverse: _BoolLike = False,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class AbsorptionPeak:
+class AbsorptionPeak(_Record):
     """One row of a spectrum table."""
 
     spectrum_kind: str
     transition: str
-    target_state_index: int | None
-    excitation_energy: float
-    reported_wavenumber_cm1: float | None
-    reported_wavelength_nm: float | None
-    oscillator_strength: float | None
+    @property
+    def target_state_index(self) -> int | None: ...
+    @target_state_index.setter
+    def target_state_index(self, value: _IntLike | None) -> None: ...
+    @property
+    def excitation_energy(self) -> float: ...
+    @excitation_energy.setter
+    def excitation_energy(self, value: _FloatLike) -> None: ...
+    @property
+    def reported_wavenumber_cm1(self) -> float | None: ...
+    @reported_wavenumber_cm1.setter
+    def reported_wavenumber_cm1(self, value: _FloatLike | None) -> None: ...
+    @property
+    def reported_wavelength_nm(self) -> float | None: ...
+    @reported_wavelength_nm.setter
+    def reported_wavelength_nm(self, value: _FloatLike | None) -> None: ...
+    @property
+    def oscillator_strength(self) -> float | None: ...
+    @oscillator_strength.setter
+    def oscillator_strength(self, value: _FloatLike | None) -> None: ...
     strength_label: str
-    strength: float | None
+    @property
+    def strength(self) -> float | None: ...
+    @strength.setter
+    def strength(self, value: _FloatLike | None) -> None: ...
     @property
     def transition_moment_au(self) -> Vec3 | None: ...
     @transition_moment_au.setter
     def transition_moment_au(self, value: _Vec3Like | None) -> None: ...
-    rotatory_strength: float | None
+    @property
+    def rotatory_strength(self) -> float | None: ...
+    @rotatory_strength.setter
+    def rotatory_strength(self, value: _FloatLike | None) -> None: ...
     source: SourceSpan | None
     def __init__(
         self,
         *,
         spectrum_kind: str = "",
         transition: str = "",
-        target_state_index: int | None = None,
-        excitation_energy: float = 0.0,
-        reported_wavenumber_cm1: float | None = None,
-        reported_wavelength_nm: float | None = None,
-        oscillator_strength: float | None = None,
+        target_state_index: _IntLike | None = None,
+        excitation_energy: _FloatLike = 0.0,
+        reported_wavenumber_cm1: _FloatLike | None = None,
+        reported_wavelength_nm: _FloatLike | None = None,
+        oscillator_strength: _FloatLike | None = None,
         strength_label: str = "",
-        strength: float | None = None,
+        strength: _FloatLike | None = None,
         transition_moment_au: _Vec3Like | None = None,
-        rotatory_strength: float | None = None,
+        rotatory_strength: _FloatLike | None = None,
         source: SourceSpan | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class ExcitedState:
-    index: int | None
+class ExcitedState(_Record):
+    """One excited state."""
+
+    @property
+    def index(self) -> int | None: ...
+    @index.setter
+    def index(self, value: _IntLike | None) -> None: ...
     root_label: str
     method: str
     section: str
     multiplicity_label: str
     symmetry: str
-    multiplicity: int | None
-    total_energy: float | None
-    excitation_energy: float | None
-    reported_millihartree: float | None
-    reported_wavenumber_cm1: float | None
-    reported_wavelength_nm: float | None
-    oscillator_strength: float | None
-    spin_squared: float | None
-    spin_contamination: float | None
-    ground_state_amplitude: float | None
-    singles_character_percent: float | None
+    @property
+    def multiplicity(self) -> int | None: ...
+    @multiplicity.setter
+    def multiplicity(self, value: _IntLike | None) -> None: ...
+    @property
+    def total_energy(self) -> float | None: ...
+    @total_energy.setter
+    def total_energy(self, value: _FloatLike | None) -> None: ...
+    @property
+    def excitation_energy(self) -> float | None: ...
+    @excitation_energy.setter
+    def excitation_energy(self, value: _FloatLike | None) -> None: ...
+    @property
+    def reported_millihartree(self) -> float | None: ...
+    @reported_millihartree.setter
+    def reported_millihartree(self, value: _FloatLike | None) -> None: ...
+    @property
+    def reported_wavenumber_cm1(self) -> float | None: ...
+    @reported_wavenumber_cm1.setter
+    def reported_wavenumber_cm1(self, value: _FloatLike | None) -> None: ...
+    @property
+    def reported_wavelength_nm(self) -> float | None: ...
+    @reported_wavelength_nm.setter
+    def reported_wavelength_nm(self, value: _FloatLike | None) -> None: ...
+    @property
+    def oscillator_strength(self) -> float | None: ...
+    @oscillator_strength.setter
+    def oscillator_strength(self, value: _FloatLike | None) -> None: ...
+    @property
+    def spin_squared(self) -> float | None: ...
+    @spin_squared.setter
+    def spin_squared(self, value: _FloatLike | None) -> None: ...
+    @property
+    def spin_contamination(self) -> float | None: ...
+    @spin_contamination.setter
+    def spin_contamination(self, value: _FloatLike | None) -> None: ...
+    @property
+    def ground_state_amplitude(self) -> float | None: ...
+    @ground_state_amplitude.setter
+    def ground_state_amplitude(self, value: _FloatLike | None) -> None: ...
+    @property
+    def singles_character_percent(self) -> float | None: ...
+    @singles_character_percent.setter
+    def singles_character_percent(self, value: _FloatLike | None) -> None: ...
     @property
     def contributions(self) -> ExcitationContributionList: ...
     @contributions.setter
@@ -720,32 +948,34 @@ class ExcitedState:
     def __init__(
         self,
         *,
-        index: int | None = None,
+        index: _IntLike | None = None,
         root_label: str = "",
         method: str = "",
         section: str = "",
         multiplicity_label: str = "",
         symmetry: str = "",
-        multiplicity: int | None = None,
-        total_energy: float | None = None,
-        excitation_energy: float | None = None,
-        reported_millihartree: float | None = None,
-        reported_wavenumber_cm1: float | None = None,
-        reported_wavelength_nm: float | None = None,
-        oscillator_strength: float | None = None,
-        spin_squared: float | None = None,
-        spin_contamination: float | None = None,
-        ground_state_amplitude: float | None = None,
-        singles_character_percent: float | None = None,
+        multiplicity: _IntLike | None = None,
+        total_energy: _FloatLike | None = None,
+        excitation_energy: _FloatLike | None = None,
+        reported_millihartree: _FloatLike | None = None,
+        reported_wavenumber_cm1: _FloatLike | None = None,
+        reported_wavelength_nm: _FloatLike | None = None,
+        oscillator_strength: _FloatLike | None = None,
+        spin_squared: _FloatLike | None = None,
+        spin_contamination: _FloatLike | None = None,
+        ground_state_amplitude: _FloatLike | None = None,
+        singles_character_percent: _FloatLike | None = None,
         contributions: Iterable[ExcitationContribution] = ...,
         source: SourceSpan | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class ExcitedStateBlock:
-    block_index: int | None
+class ExcitedStateBlock(_Record):
+    """The excited states of one calculation."""
+
+    @property
+    def block_index(self) -> int | None: ...
+    @block_index.setter
+    def block_index(self, value: _IntLike | None) -> None: ...
     method: str
     section: str
     comment: str
@@ -757,7 +987,10 @@ class ExcitedStateBlock:
     def total_energies(self) -> EnergyRecordList: ...
     @total_energies.setter
     def total_energies(self, value: Iterable[EnergyRecord]) -> None: ...
-    preferred_total_energy_id: int | None
+    @property
+    def preferred_total_energy_id(self) -> int | None: ...
+    @preferred_total_energy_id.setter
+    def preferred_total_energy_id(self, value: _IntLike | None) -> None: ...
     @property
     def absorption_peaks(self) -> AbsorptionPeakList: ...
     @absorption_peaks.setter
@@ -765,41 +998,48 @@ class ExcitedStateBlock:
     def __init__(
         self,
         *,
-        block_index: int | None = None,
+        block_index: _IntLike | None = None,
         method: str = "",
         section: str = "",
         comment: str = "",
         states: Iterable[ExcitedState] = ...,
         total_energies: Iterable[EnergyRecord] = ...,
-        preferred_total_energy_id: int | None = None,
+        preferred_total_energy_id: _IntLike | None = None,
         absorption_peaks: Iterable[AbsorptionPeak] = ...,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class Orbital:
-    index: int | None
+class Orbital(_Record):
+    """One molecular orbital."""
+
+    @property
+    def index(self) -> int | None: ...
+    @index.setter
+    def index(self, value: _IntLike | None) -> None: ...
     spin: SpinChannel
-    occupation: float | None
-    energy: float
+    @property
+    def occupation(self) -> float | None: ...
+    @occupation.setter
+    def occupation(self, value: _FloatLike | None) -> None: ...
+    @property
+    def energy(self) -> float: ...
+    @energy.setter
+    def energy(self, value: _FloatLike) -> None: ...
     symmetry: str
     kind: str
     def __init__(
         self,
         *,
-        index: int | None = None,
+        index: _IntLike | None = None,
         spin: SpinChannel = SpinChannel.none,
-        occupation: float | None = None,
-        energy: float = 0.0,
+        occupation: _FloatLike | None = None,
+        energy: _FloatLike = 0.0,
         symmetry: str = "",
         kind: str = "",
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class OrbitalSetBlock:
+class OrbitalSetBlock(_Record):
+    """A set of orbitals of one spin."""
+
     spin: SpinChannel
     kind: str
     @property
@@ -813,52 +1053,90 @@ class OrbitalSetBlock:
         kind: str = "",
         orbitals: Iterable[Orbital] = ...,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class ThermochemistryBlock:
+class ThermochemistryBlock(_Record):
     """The thermodynamic summary of a frequency calculation, as reported. Energies are in hartree."""
 
-    temperature_kelvin: float | None
-    pressure_atmosphere: float | None
-    total_mass_amu: float | None
-    electronic_energy: float | None
-    zero_point_energy: float | None
-    thermal_energy: float | None
-    thermal_correction: float | None
-    enthalpy: float | None
-    enthalpy_correction: float | None
-    entropy_correction: float | None
-    gibbs_free_energy: float | None
-    gibbs_correction: float | None
+    @property
+    def temperature_kelvin(self) -> float | None: ...
+    @temperature_kelvin.setter
+    def temperature_kelvin(self, value: _FloatLike | None) -> None: ...
+    @property
+    def pressure_atmosphere(self) -> float | None: ...
+    @pressure_atmosphere.setter
+    def pressure_atmosphere(self, value: _FloatLike | None) -> None: ...
+    @property
+    def total_mass_amu(self) -> float | None: ...
+    @total_mass_amu.setter
+    def total_mass_amu(self, value: _FloatLike | None) -> None: ...
+    @property
+    def electronic_energy(self) -> float | None: ...
+    @electronic_energy.setter
+    def electronic_energy(self, value: _FloatLike | None) -> None: ...
+    @property
+    def zero_point_energy(self) -> float | None: ...
+    @zero_point_energy.setter
+    def zero_point_energy(self, value: _FloatLike | None) -> None: ...
+    @property
+    def thermal_energy(self) -> float | None: ...
+    @thermal_energy.setter
+    def thermal_energy(self, value: _FloatLike | None) -> None: ...
+    @property
+    def thermal_correction(self) -> float | None: ...
+    @thermal_correction.setter
+    def thermal_correction(self, value: _FloatLike | None) -> None: ...
+    @property
+    def enthalpy(self) -> float | None: ...
+    @enthalpy.setter
+    def enthalpy(self, value: _FloatLike | None) -> None: ...
+    @property
+    def enthalpy_correction(self) -> float | None: ...
+    @enthalpy_correction.setter
+    def enthalpy_correction(self, value: _FloatLike | None) -> None: ...
+    @property
+    def entropy_correction(self) -> float | None: ...
+    @entropy_correction.setter
+    def entropy_correction(self, value: _FloatLike | None) -> None: ...
+    @property
+    def gibbs_free_energy(self) -> float | None: ...
+    @gibbs_free_energy.setter
+    def gibbs_free_energy(self, value: _FloatLike | None) -> None: ...
+    @property
+    def gibbs_correction(self) -> float | None: ...
+    @gibbs_correction.setter
+    def gibbs_correction(self, value: _FloatLike | None) -> None: ...
     def __init__(
         self,
         *,
-        temperature_kelvin: float | None = None,
-        pressure_atmosphere: float | None = None,
-        total_mass_amu: float | None = None,
-        electronic_energy: float | None = None,
-        zero_point_energy: float | None = None,
-        thermal_energy: float | None = None,
-        thermal_correction: float | None = None,
-        enthalpy: float | None = None,
-        enthalpy_correction: float | None = None,
-        entropy_correction: float | None = None,
-        gibbs_free_energy: float | None = None,
-        gibbs_correction: float | None = None,
+        temperature_kelvin: _FloatLike | None = None,
+        pressure_atmosphere: _FloatLike | None = None,
+        total_mass_amu: _FloatLike | None = None,
+        electronic_energy: _FloatLike | None = None,
+        zero_point_energy: _FloatLike | None = None,
+        thermal_energy: _FloatLike | None = None,
+        thermal_correction: _FloatLike | None = None,
+        enthalpy: _FloatLike | None = None,
+        enthalpy_correction: _FloatLike | None = None,
+        entropy_correction: _FloatLike | None = None,
+        gibbs_free_energy: _FloatLike | None = None,
+        gibbs_correction: _FloatLike | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class PermanentDipole:
+class PermanentDipole(_Record):
+    """One permanent dipole moment."""
+
     @property
     def atomic_units(self) -> Vec3: ...
     @atomic_units.setter
     def atomic_units(self, value: _Vec3Like) -> None: ...
-    magnitude_atomic_units: float | None
-    magnitude_debye: float | None
+    @property
+    def magnitude_atomic_units(self) -> float | None: ...
+    @magnitude_atomic_units.setter
+    def magnitude_atomic_units(self, value: _FloatLike | None) -> None: ...
+    @property
+    def magnitude_debye(self) -> float | None: ...
+    @magnitude_debye.setter
+    def magnitude_debye(self, value: _FloatLike | None) -> None: ...
     method: str
     density_type: str
     source: SourceSpan | None
@@ -866,50 +1144,63 @@ class PermanentDipole:
         self,
         *,
         atomic_units: _Vec3Like = ...,
-        magnitude_atomic_units: float | None = None,
-        magnitude_debye: float | None = None,
+        magnitude_atomic_units: _FloatLike | None = None,
+        magnitude_debye: _FloatLike | None = None,
         method: str = "",
         density_type: str = "",
         source: SourceSpan | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class DipoleBlock:
+class DipoleBlock(_Record):
+    """The dipole moments of a job."""
+
     @property
     def moments(self) -> PermanentDipoleList: ...
     @moments.setter
     def moments(self, value: Iterable[PermanentDipole]) -> None: ...
     def __init__(self, *, moments: Iterable[PermanentDipole] = ...) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class AtomicChargeRecord:
-    atom_index: int | None
+class AtomicChargeRecord(_Record):
+    """The population analysis of one atom."""
+
+    @property
+    def atom_index(self) -> int | None: ...
+    @atom_index.setter
+    def atom_index(self, value: _IntLike | None) -> None: ...
     element: str
-    population: float | None
-    charge: float | None
-    spin_population: float | None
-    secondary_population: float | None
-    secondary_charge: float | None
+    @property
+    def population(self) -> float | None: ...
+    @population.setter
+    def population(self, value: _FloatLike | None) -> None: ...
+    @property
+    def charge(self) -> float | None: ...
+    @charge.setter
+    def charge(self, value: _FloatLike | None) -> None: ...
+    @property
+    def spin_population(self) -> float | None: ...
+    @spin_population.setter
+    def spin_population(self, value: _FloatLike | None) -> None: ...
+    @property
+    def secondary_population(self) -> float | None: ...
+    @secondary_population.setter
+    def secondary_population(self, value: _FloatLike | None) -> None: ...
+    @property
+    def secondary_charge(self) -> float | None: ...
+    @secondary_charge.setter
+    def secondary_charge(self, value: _FloatLike | None) -> None: ...
     def __init__(
         self,
         *,
-        atom_index: int | None = None,
+        atom_index: _IntLike | None = None,
         element: str = "",
-        population: float | None = None,
-        charge: float | None = None,
-        spin_population: float | None = None,
-        secondary_population: float | None = None,
-        secondary_charge: float | None = None,
+        population: _FloatLike | None = None,
+        charge: _FloatLike | None = None,
+        spin_population: _FloatLike | None = None,
+        secondary_population: _FloatLike | None = None,
+        secondary_charge: _FloatLike | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class AtomicChargeBlock:
+class AtomicChargeBlock(_Record):
     """One population analysis: the scheme and one record for each atom."""
 
     scheme: str
@@ -918,14 +1209,16 @@ class AtomicChargeBlock:
     @records.setter
     def records(self, value: Iterable[AtomicChargeRecord]) -> None: ...
     def __init__(self, *, scheme: str = "", records: Iterable[AtomicChargeRecord] = ...) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class ScalarProperty:
+class ScalarProperty(_Record):
+    """One named number."""
+
     key: str
     label: str
-    value: float
+    @property
+    def value(self) -> float: ...
+    @value.setter
+    def value(self, value: _FloatLike) -> None: ...
     unit: str
     source: SourceSpan | None
     def __init__(
@@ -933,23 +1226,19 @@ class ScalarProperty:
         *,
         key: str = "",
         label: str = "",
-        value: float = 0.0,
+        value: _FloatLike = 0.0,
         unit: str = "",
         source: SourceSpan | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
-class ScalarPropertyBlock:
+class ScalarPropertyBlock(_Record):
+    """Named numbers of a job."""
+
     @property
     def properties(self) -> ScalarPropertyList: ...
     @properties.setter
     def properties(self, value: Iterable[ScalarProperty]) -> None: ...
     def __init__(self, *, properties: Iterable[ScalarProperty] = ...) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
 _AnalysisPayload: TypeAlias = (
     VibrationalBlock
@@ -961,32 +1250,45 @@ _AnalysisPayload: TypeAlias = (
     | ScalarPropertyBlock
 )
 
-class AnalysisBlock:
+class AnalysisBlock(_Record):
     """One analysis of a job; the type of `payload` says which kind. A new block holds a VibrationalBlock."""
 
-    id: int
-    job_id: int
-    ordinal: int
-    reference_step_id: int | None
+    @property
+    def id(self) -> int: ...
+    @id.setter
+    def id(self, value: _IntLike) -> None: ...
+    @property
+    def job_id(self) -> int: ...
+    @job_id.setter
+    def job_id(self, value: _IntLike) -> None: ...
+    @property
+    def ordinal(self) -> int: ...
+    @ordinal.setter
+    def ordinal(self, value: _IntLike) -> None: ...
+    @property
+    def reference_step_id(self) -> int | None: ...
+    @reference_step_id.setter
+    def reference_step_id(self, value: _IntLike | None) -> None: ...
     payload: _AnalysisPayload
     source: SourceSpan | None
     def __init__(
         self,
         *,
-        id: int = 0,
-        job_id: int = 0,
-        ordinal: int = 0,
-        reference_step_id: int | None = None,
+        id: _IntLike = 0,
+        job_id: _IntLike = 0,
+        ordinal: _IntLike = 0,
+        reference_step_id: _IntLike | None = None,
         payload: _AnalysisPayload = ...,
         source: SourceSpan | None = None,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
 
+# A metadata entry as read back: a list of numbers comes back as floats.
 _MetadataValue: TypeAlias = bool | int | float | str | list[str] | list[float]
 
-class Document:
+# A Document or a ParseResult pickles as its JSON text (bytes) whenever that
+# text reads back to an equal value, and through its fields otherwise.
+
+class Document(_Handle):
     """Everything that one run of a calculation program did and found."""
 
     program: ProgramInfo
@@ -1033,11 +1335,18 @@ class Document:
         metadata: dict[str, _MetadataValue] = ...,
         extensions: dict[str, Any] = ...,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
+    def positions_array(self) -> NDArray[numpy.float64]:
+        """The positions of every frame in angstrom, a new float64 array of shape (frames, atoms, 3).
+        ValueError when the frames hold different numbers of atoms."""
+    def set_positions_array(self, positions: ArrayLike) -> None:
+        """Writes an array of shape (frames, atoms, 3), in angstrom, into the frames' positions."""
+    def energies_array(self) -> NDArray[numpy.void]:
+        """Every energy record of every step, in document order, as a new structured array with the fields
+        step_id, energy_id (uint32), kind (the EnergyKind number, uint32) and value (hartree, float64)."""
+    def __getstate__(self) -> bytes | tuple[Any, ...]: ...
+    def __setstate__(self, state: bytes | tuple[Any, ...], /) -> None: ...
 
-class ParseResult:
+class ParseResult(_Handle):
     """What a decode gives back: the document that could be read, how far the read got, and every finding."""
 
     value: Document
@@ -1053,15 +1362,20 @@ class ParseResult:
         status: ParseStatus = ParseStatus.failed,
         diagnostics: Iterable[Diagnostic] = ...,
     ) -> None: ...
-    def __eq__(self, other: object) -> bool: ...
-    def __ne__(self, other: object) -> bool: ...
-    __hash__: ClassVar[None]  # type: ignore[assignment]
+    def __getstate__(self) -> bytes | tuple[Any, ...]: ...
+    def __setstate__(self, state: bytes | tuple[Any, ...], /) -> None: ...
 
-def loads(text: str | bytes) -> ParseResult:
+class _Readable(Protocol):
+    def read(self) -> str | bytes | bytearray | memoryview: ...
+
+class _BinaryWritable(Protocol):
+    def write(self, data: bytes, /) -> object: ...
+
+def loads(text: str | bytes | bytearray | memoryview) -> ParseResult:
     """Reads document text. Bad content never raises: see the result's status and diagnostics."""
 
-def load(file: str | os.PathLike[str] | BinaryIO) -> ParseResult:
-    """Reads a document from a path or a binary file. A path that cannot be opened raises OSError."""
+def load(file: str | os.PathLike[str] | _Readable) -> ParseResult:
+    """Reads a document from a path or from a file's read(). A path that cannot be opened raises OSError."""
 
 def dumps(
     obj: Document | ParseResult,
@@ -1070,35 +1384,22 @@ def dumps(
     indent: int = 2,
     include_diagnostics: bool = True,
 ) -> str:
-    """Writes a Document (as complete, without diagnostics) or a ParseResult (with its status and diagnostics) as JSON text."""
+    """Writes a Document (as complete, without diagnostics) or a ParseResult (with its status and diagnostics)
+    as JSON text."""
 
 def dump(
     obj: Document | ParseResult,
-    file: str | os.PathLike[str] | TextIO | BinaryIO,
+    file: str | os.PathLike[str] | TextIO | io.TextIOBase | _BinaryWritable,
     *,
     pretty: bool = False,
     indent: int = 2,
     include_diagnostics: bool = True,
 ) -> None:
-    """Writes what dumps() gives to a path or an open file."""
+    """Writes what dumps() gives to a path or an open file: a text file (io.TextIOBase) gets the str, any other
+    file the bytes."""
 
 def validate_document(document: Document) -> DiagnosticList:
     """Checks the references between the records; each finding is a warning with a "qc.model." code."""
 
-# Severity has no entry: the library writes its words itself and offers no
-# function for them.
-_WordedEnumeration: TypeAlias = (
-    ParseStatus
-    | ProgramKind
-    | ResultProfile
-    | TerminationKind
-    | TaskKind
-    | JobRelation
-    | EnergyKind
-    | ConvergenceStatus
-    | CriterionKind
-    | SpinChannel
-)
-
-def to_string(value: _WordedEnumeration) -> str:
-    """The word that stands for the value in document text."""
+def to_string(value: WireEnum) -> str:
+    """The word that stands for the value in document text, which is also its name."""

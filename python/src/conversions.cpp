@@ -67,14 +67,20 @@ std::string range_text(long long min, unsigned long long max) {
 
 }  // namespace
 
+bool is_number(py::handle value) {
+    PyObject* const object = value.ptr();
+    auto const* const number = Py_TYPE(object)->tp_as_number;
+    bool const converts = PyFloat_Check(object) || PyIndex_Check(object) ||
+                          (number != nullptr && number->nb_float != nullptr && !PyComplex_Check(object));
+    return converts && !is_bool(value);
+}
+
 double float_from_python(py::handle value, std::string const& where) {
     PyObject* const object = value.ptr();
     if (PyFloat_Check(object)) {
         return PyFloat_AS_DOUBLE(object);
     }
-    auto const* const number = Py_TYPE(object)->tp_as_number;
-    bool const converts = PyIndex_Check(object) || (number != nullptr && number->nb_float != nullptr);
-    if (is_bool(value) || !converts) {
+    if (!is_number(value)) {
         throw_type_error(where, "float", value);
     }
     double const converted = PyFloat_AsDouble(object);

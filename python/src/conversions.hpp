@@ -32,6 +32,8 @@ std::string text_from_python(py::handle value, std::string const& where);
 [[noreturn]] void throw_overflow(std::string const& where, std::string const& expected);
 
 bool is_numpy_bool(py::handle value);
+// A Python int or float or a NumPy number, but not a bool.
+bool is_number(py::handle value);
 double float_from_python(py::handle value, std::string const& where);
 bool bool_from_python(py::handle value, std::string const& where);
 // Any int, NumPy's included, from `min` to `max`.
@@ -188,7 +190,11 @@ struct Convert<std::optional<T>> {
         if (value.is_none()) {
             return std::nullopt;
         }
-        return Convert<T>::from_python(value, where);
+        try {
+            return Convert<T>::from_python(value, where);
+        } catch (py::type_error const&) {
+            throw_type_error(where, expected(), value);
+        }
     }
 
     static py::object to_python(std::optional<T> const& value) {

@@ -37,11 +37,6 @@ std::string key_from_python(py::handle key, std::string const& where) {
     return text_from_python(key, where);
 }
 
-bool is_number(py::handle value) {
-    bool const is_bool = PyBool_Check(value.ptr()) || is_numpy_bool(value);
-    return !is_bool && (PyFloat_Check(value.ptr()) || PyIndex_Check(value.ptr()));
-}
-
 py::object metadata_to_python(MetadataValue const& value) {
     return std::visit(
         [](auto const& alternative) -> py::object {
@@ -83,11 +78,11 @@ MetadataValue metadata_from_python(py::handle value, std::string const& where) {
     if (PyBool_Check(value.ptr()) || is_numpy_bool(value)) {
         return bool_from_python(value, where);
     }
-    if (PyFloat_Check(value.ptr())) {
-        return float_from_python(value, where);
-    }
     if (PyIndex_Check(value.ptr())) {
         return Convert<long long>::from_python(value, where);
+    }
+    if (is_number(value)) {
+        return float_from_python(value, where);
     }
     if (PyUnicode_Check(value.ptr())) {
         return text_from_python(value, where);
@@ -149,11 +144,11 @@ public:
         if (PyBool_Check(object) || is_numpy_bool(value)) {
             return {bool_from_python(value, where_)};
         }
-        if (PyFloat_Check(object)) {
-            return {float_from_python(value, where_)};
-        }
         if (PyIndex_Check(object)) {
             return integer(value);
+        }
+        if (is_number(value)) {
+            return {float_from_python(value, where_)};
         }
         if (PyUnicode_Check(object)) {
             return {text_from_python(value, where_)};
