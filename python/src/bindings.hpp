@@ -187,6 +187,16 @@ private:
     std::vector<std::string> names_;
 };
 
+// Positions are found before the change that uses them; a finaliser run by
+// the garbage collector in between could have shortened the list.
+template <typename List>
+void erase_at(List& elements, std::size_t position) {
+    if (position >= elements.size()) {
+        throw py::index_error("list index out of range");
+    }
+    elements.erase(elements.begin() + static_cast<std::ptrdiff_t>(position));
+}
+
 // A list of records or values as a Python sequence that stays the document's
 // vector: reads and changes reach the document without a copy. An element
 // taken from it is a handle on that element.
@@ -212,7 +222,7 @@ py::class_<Ref<std::vector<Element>>> bind_list(py::module_& module, char const*
         if constexpr (is_record_v<Element>) {
             return py::cast(self.template part<Element>(element_link<Element>(index)));
         } else {
-            return python_value(self.get()[index]);
+            return python_value(self.get().at(index));
         }
     };
     auto const detached = [](Element value) -> py::object {
@@ -262,7 +272,7 @@ py::class_<Ref<std::vector<Element>>> bind_list(py::module_& module, char const*
         Element converted = Convert<Element>::from_python(value, where);
         std::size_t const position = index_of(self, index);
         self.change_part(element_link<Element>(position),
-                         [&](List& elements) { elements[position] = std::move(converted); });
+                         [&](List& elements) { elements.at(position) = std::move(converted); });
     });
     list.def("__setitem__", [where, every](Handle const& self, py::slice const& slice, py::handle values) {
         List converted = Convert<List>::from_python(values, where);
@@ -290,7 +300,7 @@ py::class_<Ref<std::vector<Element>>> bind_list(py::module_& module, char const*
     });
     list.def("__delitem__", [index_of, every](Handle const& self, std::ptrdiff_t index) {
         std::size_t const position = index_of(self, index);
-        self.change_part(every, [&](List& elements) { elements.erase(elements.begin() + static_cast<std::ptrdiff_t>(position)); });
+        self.change_part(every, [&](List& elements) { erase_at(elements, position); });
     });
     list.def("__delitem__", [every](Handle const& self, py::slice const& slice) {
         self.change_part(every, [&](List& elements) {
@@ -348,8 +358,8 @@ py::class_<Ref<std::vector<Element>>> bind_list(py::module_& module, char const*
             }
             std::size_t const position = index_of(self, index);
             Element value = self.change_part(every, [&](List& elements) {
-                Element taken = std::move(elements[position]);
-                elements.erase(elements.begin() + static_cast<std::ptrdiff_t>(position));
+                Element taken = std::move(elements.at(position));
+                erase_at(elements, position);
                 return taken;
             });
             return detached(std::move(value));
@@ -362,7 +372,7 @@ py::class_<Ref<std::vector<Element>>> bind_list(py::module_& module, char const*
             if (!position) {
                 throw py::value_error("list.remove(x): x not in list");
             }
-            self.change_part(every, [&](List& elements) { elements.erase(elements.begin() + static_cast<std::ptrdiff_t>(*position)); });
+            self.change_part(every, [&](List& elements) { erase_at(elements, *position); });
         },
         py::arg("value"));
     list.def("clear", [every](Handle const& self) { self.change_part(every, [](List& elements) { elements.clear(); }); });
