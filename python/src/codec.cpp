@@ -88,12 +88,24 @@ std::string serialize_object(py::handle object, qc::json::SerializeOptions const
     throw_type_error("dumps", "Document or ParseResult", object);
 }
 
+// Whether a file object takes str: io's text files, and file-like objects
+// that are not io's binary ones but have an encoding (such as a
+// SpooledTemporaryFile opened in text mode).
+bool takes_text(py::handle file) {
+    py::module_ const io = py::module_::import("io");
+    if (py::isinstance(file, io.attr("TextIOBase"))) {
+        return true;
+    }
+    bool const binary = py::isinstance(file, io.attr("BufferedIOBase")) || py::isinstance(file, io.attr("RawIOBase"));
+    return !binary && py::hasattr(file, "encoding");
+}
+
 // A text file gets the str, a binary file or a path the exact bytes.
 void dump(py::handle object, py::object const& file, qc::json::SerializeOptions const& options) {
     std::string const text = serialize_object(object, options);
     if (!py::hasattr(file, "write")) {
         path_of(file).attr("write_bytes")(py::bytes(text));
-    } else if (py::isinstance(file, py::module_::import("io").attr("TextIOBase"))) {
+    } else if (takes_text(file)) {
         file.attr("write")(text_to_python(text));
     } else {
         file.attr("write")(py::bytes(text));

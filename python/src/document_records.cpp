@@ -13,8 +13,7 @@ void bind_vec3(py::module_& module) {
                             {float_from_python(x, "Vec3.x"), float_from_python(y, "Vec3.y"), float_from_python(z, "Vec3.z")});
                     }),
                     py::arg("x"), py::arg("y"), py::arg("z"));
-    vec3.type().def(py::init([](py::handle values) { return Ref<Vec3>::owning(Convert<Vec3>::from_python(values, "Vec3")); }),
-                    py::arg("values"));
+    vec3.type().def(py::init([](py::handle values) { return Ref<Vec3>::owning(Convert<Vec3>::from_python(values, "Vec3")); }));
 }
 
 void bind_spans_and_diagnostics(py::module_& module) {

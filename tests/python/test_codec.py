@@ -3,6 +3,7 @@ diagnostics as the C++ library, files and their errors, threads."""
 
 import concurrent.futures
 import io
+import tempfile
 
 import pytest
 
@@ -73,6 +74,10 @@ def test_files_paths_and_their_errors(example_path, tmp_path):
     text_file = io.StringIO()
     qc.dump(expected.value, text_file)
     assert text_file.getvalue() == qc.dumps(expected.value)
+    with tempfile.SpooledTemporaryFile(mode="w+") as spooled:
+        qc.dump(expected, spooled)
+        spooled.seek(0)
+        assert spooled.read() == qc.dumps(expected)
     binary_file = io.BytesIO()
     qc.dump(expected, binary_file, include_diagnostics=False)
     assert binary_file.getvalue() == qc.dumps(expected, include_diagnostics=False).encode()

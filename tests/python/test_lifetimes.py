@@ -217,7 +217,7 @@ class DocumentMachine(RuleBasedStateMachine):
         assert qc.loads(qc.dumps(self.document)).value == self.document
 
 
-DocumentMachine.TestCase.settings = settings(max_examples=300, stateful_step_count=25, deadline=None)
+DocumentMachine.TestCase.settings = settings(max_examples=300, stateful_step_count=25, deadline=None, database=None)
 test_random_sequences_of_calls = DocumentMachine.TestCase
 
 
