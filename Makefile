@@ -39,12 +39,13 @@ demo: build
 test: build
 	ctest --test-dir $(BUILD_DIR) --output-on-failure -j $(JOBS)
 
-# The whole suite under AddressSanitizer and UndefinedBehaviorSanitizer. The
-# packaging tests install and link plain consumers, which an instrumented
-# library cannot serve, so they run only in `make test`; so does the Python
-# module, which an uninstrumented interpreter cannot load.
+# The whole suite under AddressSanitizer and UndefinedBehaviorSanitizer, the
+# Python module's tests included: CTest runs them with the sanitizers'
+# runtimes preloaded into the interpreter. The packaging tests install and
+# link plain consumers, which an instrumented library cannot serve, so they
+# run only in `make test`.
 test-sanitize: deps
-	cmake -S . -B $(SANITIZE_DIR) -DCMAKE_BUILD_TYPE=Debug -DMORV_SANITIZE=ON -DMORV_BUILD_PYTHON=OFF \
+	cmake -S . -B $(SANITIZE_DIR) -DCMAKE_BUILD_TYPE=Debug -DMORV_SANITIZE=ON -DMORV_BUILD_PYTHON=ON \
 	  -DPython3_EXECUTABLE=$(PYTHON)
 	cmake --build $(SANITIZE_DIR) -j $(JOBS)
 	ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \

@@ -6,7 +6,7 @@ from pathlib import Path
 
 import morv_qc_json
 
-path: str | Path = sys.argv[1] if len(sys.argv) > 1 else Path(__file__).parent / "orca_water_opt_freq.json"
+path = Path(sys.argv[1]) if len(sys.argv) > 1 else Path(__file__).parent / "orca_water_opt_freq.json"
 result = morv_qc_json.load(path)
 print(f"{path}: {morv_qc_json.to_string(result.status)}")
 print(f"{'step':>4} {'job':>4} {'ordinal':>7}  {'kind':<20} {'label':<28} {'hartree':>16}")

@@ -3,13 +3,17 @@
 # it twice: through the CMake package (C++17) and through pkg-config with a
 # plain compiler (C++20), running each program. This catches headers, targets
 # or link flags that work inside the build tree but not once installed. With
-# a Python interpreter given, it also imports the installed Python module.
+# a Python interpreter given, it also imports the installed Python module;
+# with a Python program given too, it type-checks that program with mypy
+# --strict against the installed package, which mypy types only through the
+# package's py.typed marker.
 #
-#   installed_package.sh BUILD_DIR CONSUMER_SRC_DIR [PYTHON]
+#   installed_package.sh BUILD_DIR CONSUMER_SRC_DIR [PYTHON [TYPED_PROGRAM]]
 set -euo pipefail
 build_dir=$1
 consumer_dir=$2
 python=${3:-}
+typed_program=${4:-}
 
 tmp=$(mktemp -d)
 trap 'rm -rf "$tmp"' EXIT
@@ -74,4 +78,14 @@ result = morv_qc_json.loads("{\"schema\":\"morv.qc.document.v2\",\"program\":{\"
 assert morv_qc_json.__file__.startswith("'"$prefix"'"), morv_qc_json.__file__
 print(morv_qc_json.__version__, morv_qc_json.to_string(result.status))
 '
+  if [[ -n $typed_program ]]; then
+    echo "-- type-checking $(basename "$typed_program") against the installed package with mypy --strict"
+    # mypy takes installed packages from the sys.path of the interpreter that
+    # runs it, PYTHONPATH included, and types them only if they carry py.typed.
+    # It runs from the scratch folder so that no source tree nearby is taken
+    # for the package, and keeps its cache there.
+    typed_program=$(realpath "$typed_program")
+    (cd "$tmp" && PYTHONPATH=$(dirname "$package") "$python" -m mypy --strict --cache-dir "$tmp/mypy-cache" \
+      "$typed_program")
+  fi
 fi
