@@ -1,0 +1,21 @@
+#pragma once
+
+// Documents from the text outputs of quantum-chemistry programs.
+
+#include <morv/model/export.hpp>
+#include <morv/model/parse_result.hpp>
+#include <morv/qc/document.hpp>
+
+#include <string_view>
+
+namespace morv::qc {
+
+// Reads what a program's output says into a document. The program is
+// recognised from the text, never from `file_name`, which only names the
+// output among the document's sources. Always returns: an output of no known
+// program is `failed` with the error "not an output of a known program"; an
+// output that stops early is `partial`, with everything before the cut kept
+// and a diagnostic saying where it stopped.
+MORV_API model::ParseResult<Document> import_output(std::string_view text, std::string_view file_name);
+
+}  // namespace morv::qc
