@@ -1,0 +1,138 @@
+#include "framework/document_builder.hpp"
+
+#include <array>
+#include <utility>
+
+namespace morv::qc::import {
+
+std::string_view element_symbol(int atomic_number) {
+    static constexpr std::array<char const*, 119> symbols = {
+        "",   "H",  "He", "Li", "Be", "B",  "C",  "N",  "O",  "F",  "Ne", "Na", "Mg", "Al", "Si", "P",  "S",
+        "Cl", "Ar", "K",  "Ca", "Sc", "Ti", "V",  "Cr", "Mn", "Fe", "Co", "Ni", "Cu", "Zn", "Ga", "Ge", "As",
+        "Se", "Br", "Kr", "Rb", "Sr", "Y",  "Zr", "Nb", "Mo", "Tc", "Ru", "Rh", "Pd", "Ag", "Cd", "In", "Sn",
+        "Sb", "Te", "I",  "Xe", "Cs", "Ba", "La", "Ce", "Pr", "Nd", "Pm", "Sm", "Eu", "Gd", "Tb", "Dy", "Ho",
+        "Er", "Tm", "Yb", "Lu", "Hf", "Ta", "W",  "Re", "Os", "Ir", "Pt", "Au", "Hg", "Tl", "Pb", "Bi", "Po",
+        "At", "Rn", "Fr", "Ra", "Ac", "Th", "Pa", "U",  "Np", "Pu", "Am", "Cm", "Bk", "Cf", "Es", "Fm", "Md",
+        "No", "Lr", "Rf", "Db", "Sg", "Bh", "Hs", "Mt", "Ds", "Rg", "Cn", "Nh", "Fl", "Mc", "Lv", "Ts", "Og"};
+    if (atomic_number < 1 || atomic_number >= static_cast<int>(symbols.size())) {
+        return "";
+    }
+    return symbols[static_cast<std::size_t>(atomic_number)];
+}
+
+model::SourceId DocumentBuilder::add_source(std::string path, std::uint64_t size_bytes) {
+    model::SourceFile file;
+    file.id = model::SourceId(static_cast<std::uint32_t>(document_.sources.size() + 1));
+    file.path = std::move(path);
+    file.size_bytes = size_bytes;
+    document_.sources.push_back(std::move(file));
+    return document_.sources.back().id;
+}
+
+chem::SystemId DocumentBuilder::system_for(std::vector<int> const& atomic_numbers,
+                                           std::optional<chem::ElectronicState> state,
+                                           std::optional<model::SourceSpan> source) {
+    for (auto const& system : document_.systems) {
+        if (system.electronic_state != state || system.topology.atoms.size() != atomic_numbers.size()) {
+            continue;
+        }
+        bool same = true;
+        for (std::size_t i = 0; i < atomic_numbers.size() && same; ++i) {
+            same = system.topology.atoms[i].atomic_number == static_cast<std::uint16_t>(atomic_numbers[i]);
+        }
+        if (same) {
+            return system.id;
+        }
+    }
+    chem::ChemicalSystem system;
+    system.id = chem::SystemId(static_cast<std::uint32_t>(document_.systems.size() + 1));
+    for (std::size_t i = 0; i < atomic_numbers.size(); ++i) {
+        chem::AtomSite atom;
+        atom.id = chem::AtomId(static_cast<std::uint32_t>(i + 1));
+        atom.symbol = std::string(element_symbol(atomic_numbers[i]));
+        if (atomic_numbers[i] > 0) {
+            atom.atomic_number = static_cast<std::uint16_t>(atomic_numbers[i]);
+        }
+        system.topology.atoms.push_back(std::move(atom));
+    }
+    system.electronic_state = state;
+    system.source = source;
+    document_.systems.push_back(std::move(system));
+    return document_.systems.back().id;
+}
+
+chem::FrameId DocumentBuilder::add_frame(chem::SystemId system, std::vector<chem::Vec3> positions_angstrom,
+                                         std::optional<model::SourceSpan> source) {
+    chem::GeometryFrame frame;
+    frame.id = chem::FrameId(static_cast<std::uint32_t>(document_.frames.size() + 1));
+    frame.system_id = system;
+    frame.positions_angstrom = std::move(positions_angstrom);
+    frame.source = source;
+    document_.frames.push_back(std::move(frame));
+    return document_.frames.back().id;
+}
+
+JobId DocumentBuilder::add_job(CalculationJob job) {
+    auto const ordinal = static_cast<std::uint32_t>(document_.jobs.size() + 1);
+    job.id = JobId(ordinal);
+    job.ordinal = ordinal;
+    if (ordinal > 1) {
+        job.parent_job_id = JobId(ordinal - 1);
+        job.relation = JobRelation::link;
+    }
+    document_.jobs.push_back(std::move(job));
+    return document_.jobs.back().id;
+}
+
+CalculationJob& DocumentBuilder::job(JobId id) { return document_.jobs.at(id.value - 1); }
+
+StepId DocumentBuilder::add_step(JobId job_id, std::optional<chem::FrameId> frame,
+                                 std::optional<model::SourceSpan> source) {
+    auto& owner = job(job_id);
+    CalculationStep step;
+    step.id = StepId(static_cast<std::uint32_t>(document_.steps.size() + 1));
+    step.job_id = job_id;
+    step.system_id = owner.system_id;
+    step.ordinal = static_cast<std::uint32_t>(owner.step_ids.size() + 1);
+    step.frame_id = frame;
+    step.source = source;
+    owner.step_ids.push_back(step.id);
+    document_.steps.push_back(std::move(step));
+    return document_.steps.back().id;
+}
+
+CalculationStep& DocumentBuilder::step(StepId id) { return document_.steps.at(id.value - 1); }
+
+void DocumentBuilder::add_energy(StepId step_id, EnergyKind kind, std::string label, std::string method,
+                                 double value, std::optional<model::SourceSpan> source) {
+    auto& owner = step(step_id);
+    for (auto& energy : owner.energies) {
+        if (energy.label == label) {
+            energy.kind = kind;
+            energy.method = std::move(method);
+            energy.value = value;
+            energy.source = source;
+            owner.primary_energy_id = energy.id;
+            return;
+        }
+    }
+    EnergyRecord energy{next_energy_id(), kind, std::move(label), std::move(method), value, source};
+    owner.primary_energy_id = energy.id;
+    owner.energies.push_back(std::move(energy));
+}
+
+AnalysisId DocumentBuilder::add_analysis(JobId job, std::optional<StepId> step, AnalysisPayload payload,
+                                         std::optional<model::SourceSpan> source) {
+    AnalysisBlock block;
+    auto const ordinal = static_cast<std::uint32_t>(document_.analyses.size() + 1);
+    block.id = AnalysisId(ordinal);
+    block.job_id = job;
+    block.ordinal = ordinal;
+    block.reference_step_id = step;
+    block.payload = std::move(payload);
+    block.source = source;
+    document_.analyses.push_back(std::move(block));
+    return document_.analyses.back().id;
+}
+
+}  // namespace morv::qc::import

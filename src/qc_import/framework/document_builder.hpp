@@ -1,0 +1,52 @@
+#pragma once
+// Puts records into a document and gives each its identifier, so that the
+// readers never count ids themselves and every reference they make names a
+// record that exists.
+#include <morv/qc/document.hpp>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace morv::qc::import {
+
+// The symbol of an element by atomic number, "" outside 1..118.
+std::string_view element_symbol(int atomic_number);
+
+class DocumentBuilder {
+public:
+    model::SourceId add_source(std::string path, std::uint64_t size_bytes);
+
+    // The system with these atoms and this state if one exists already, else
+    // a new one: the jobs of one run on one molecule share their system.
+    chem::SystemId system_for(std::vector<int> const& atomic_numbers, std::optional<chem::ElectronicState> state,
+                              std::optional<model::SourceSpan> source);
+    chem::FrameId add_frame(chem::SystemId system, std::vector<chem::Vec3> positions_angstrom,
+                            std::optional<model::SourceSpan> source);
+
+    // The job's ordinal follows the order of the jobs; a job after the first
+    // is linked to the one before it.
+    JobId add_job(CalculationJob job);
+    CalculationJob& job(JobId id);
+
+    StepId add_step(JobId job, std::optional<chem::FrameId> frame, std::optional<model::SourceSpan> source);
+    CalculationStep& step(StepId id);
+    // A later energy of the same label in a step replaces the earlier one;
+    // the step's primary energy is the last one recorded.
+    void add_energy(StepId step, EnergyKind kind, std::string label, std::string method, double value,
+                    std::optional<model::SourceSpan> source);
+    EnergyId next_energy_id() { return EnergyId(++energy_count_); }
+
+    AnalysisId add_analysis(JobId job, std::optional<StepId> step, AnalysisPayload payload,
+                            std::optional<model::SourceSpan> source);
+
+    Document& document() { return document_; }
+    Document take() { return std::move(document_); }
+
+private:
+    Document document_;
+    std::uint32_t energy_count_ = 0;
+};
+
+}  // namespace morv::qc::import
