@@ -1,13 +1,35 @@
 #include <morv/qc/import.hpp>
 
+#include "gaussian/gaussian_reader.hpp"
+
+#include <exception>
+
 namespace morv::qc {
 
-model::ParseResult<Document> import_output(std::string_view, std::string_view) {
+namespace {
+
+model::ParseResult<Document> failure(char const* code, char const* message) {
     model::ParseResult<Document> result;
     result.status = model::ParseStatus::failed;
-    result.diagnostics.push_back(
-        {model::Severity::error, "qc.import.unknown_program", "not an output of a known program", std::nullopt});
+    result.diagnostics.push_back({model::Severity::error, code, message, std::nullopt});
     return result;
+}
+
+}  // namespace
+
+model::ParseResult<Document> import_output(std::string_view text, std::string_view file_name) {
+    // Whatever the text holds, the caller gets a result: a reader's failure,
+    // memory running out included, becomes a failed import.
+    try {
+        if (import::gaussian::recognises(text)) {
+            return import::gaussian::read(text, file_name);
+        }
+        return failure("qc.import.unknown_program", "not an output of a known program");
+    } catch (std::exception const&) {
+        return failure("qc.import.internal_error", "the output could not be read to the end");
+    } catch (...) {
+        return failure("qc.import.internal_error", "the output could not be read to the end");
+    }
 }
 
 }  // namespace morv::qc

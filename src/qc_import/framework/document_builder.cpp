@@ -50,6 +50,9 @@ chem::SystemId DocumentBuilder::system_for(std::vector<int> const& atomic_number
         chem::AtomSite atom;
         atom.id = chem::AtomId(static_cast<std::uint32_t>(i + 1));
         atom.symbol = std::string(element_symbol(atomic_numbers[i]));
+        // The format reads an atom without a label of its own as labelled by
+        // its symbol.
+        atom.raw_label = atom.symbol;
         if (atomic_numbers[i] > 0) {
             atom.atomic_number = static_cast<std::uint16_t>(atomic_numbers[i]);
         }

@@ -1,0 +1,1156 @@
+#include "gaussian/gaussian_reader.hpp"
+
+#include "framework/document_builder.hpp"
+#include "framework/line_cursor.hpp"
+#include "framework/text.hpp"
+#include "framework/units.hpp"
+
+#include <algorithm>
+#include <cctype>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace morv::qc::import::gaussian {
+
+namespace {
+
+using model::Diagnostic;
+using model::Severity;
+using model::SourceSpan;
+
+std::string upper(std::string_view text) {
+    std::string out(text);
+    for (char& c : out) {
+        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    }
+    return out;
+}
+
+std::string lower(std::string_view text) {
+    std::string out(text);
+    for (char& c : out) {
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    }
+    return out;
+}
+
+bool is_dashes(std::string_view text) {
+    text = trim(text);
+    return text.size() >= 3 && text.find_first_not_of('-') == std::string_view::npos;
+}
+
+bool is_termination(std::string_view trimmed) {
+    return starts_with(trimmed, "Normal termination of Gaussian") || starts_with(trimmed, "Error termination");
+}
+
+// Lines [begin, end) of one job: Gaussian writes one banner and one
+// termination line per job, and the jobs of a Link1 run follow each other in
+// one file.
+struct JobRange {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
+std::vector<JobRange> split_jobs(LineCursor const& lines) {
+    std::vector<JobRange> jobs;
+    bool terminated = true;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        auto const text = trim(lines.at(i).text);
+        bool const banner = starts_with(text, "Entering Gaussian System");
+        bool const link1 = starts_with(text, "Entering Link 1 ");
+        if (banner || (link1 && terminated)) {
+            if (!jobs.empty()) {
+                jobs.back().end = i;
+            }
+            jobs.push_back({i, lines.size()});
+            terminated = false;
+        } else if (is_termination(text)) {
+            terminated = true;
+        }
+    }
+    if (jobs.empty() && lines.size() > 0) {
+        jobs.push_back({0, lines.size()});
+    }
+    return jobs;
+}
+
+// What the route section asks for.
+struct Route {
+    std::string text;
+    std::string method;
+    std::string basis_set;
+    std::vector<TaskKind> tasks;
+    bool excited_states = false;
+};
+
+// "opt=(calcfc,tight)" -> "opt"; "td(nstates=5)" -> "td".
+std::string keyword_name(std::string_view token) {
+    auto const stop = token.find_first_of("=(");
+    return lower(token.substr(0, stop));
+}
+
+// The method without options in parentheses, which Gaussian writes after
+// some methods ("CIS(50-50,NStates=5)"); "(T)" of CCSD(T) is part of the name.
+std::string method_name(std::string_view text) {
+    auto const open = text.find('(');
+    if (open != std::string_view::npos) {
+        auto const options = text.substr(open);
+        if (contains(options, "=") || contains(options, ",") || contains(options, "-")) {
+            text = text.substr(0, open);
+        }
+    }
+    return upper(text);
+}
+
+Route parse_route(std::string text) {
+    Route route;
+    route.text = std::string(trim(text));
+    auto add_task = [&route](TaskKind task) {
+        if (std::find(route.tasks.begin(), route.tasks.end(), task) == route.tasks.end()) {
+            route.tasks.push_back(task);
+        }
+    };
+    // Blanks inside parentheses belong to one keyword.
+    std::vector<std::string> tokens;
+    std::string token;
+    int depth = 0;
+    for (char c : route.text) {
+        if (c == '(') {
+            ++depth;
+        } else if (c == ')' && depth > 0) {
+            --depth;
+        }
+        if ((c == ' ' || c == '\t') && depth == 0) {
+            if (!token.empty()) {
+                tokens.push_back(std::move(token));
+                token.clear();
+            }
+        } else {
+            token.push_back(c);
+        }
+    }
+    if (!token.empty()) {
+        tokens.push_back(std::move(token));
+    }
+    for (auto& word : tokens) {
+        std::string_view view = word;
+        if (!view.empty() && view.front() == '#') {
+            view.remove_prefix(1);
+            if (!view.empty() && std::string_view("pPnNtT").find(view.front()) != std::string_view::npos &&
+                (view.size() == 1 || view[1] == ' ')) {
+                view.remove_prefix(1);
+            }
+        }
+        if (view.empty()) {
+            continue;
+        }
+        auto const slash = view.find('/');
+        if (slash != std::string_view::npos && route.method.empty() && !contains(view.substr(0, slash), "=")) {
+            route.method = method_name(view.substr(0, slash));
+            route.basis_set = upper(view.substr(slash + 1));
+        }
+        auto const name = keyword_name(view);
+        if (name == "opt") {
+            add_task(TaskKind::optimization);
+        } else if (name == "freq") {
+            add_task(TaskKind::frequency);
+        } else if (name == "td" || name == "tda" || name == "cis" || starts_with(name, "eom") ||
+                   starts_with(name, "cis/") || starts_with(name, "td/")) {
+            add_task(TaskKind::excited_state);
+        } else if (name == "scan") {
+            add_task(TaskKind::scan);
+        } else if (name == "irc") {
+            add_task(TaskKind::irc);
+        } else if (name == "sp") {
+            add_task(TaskKind::single_point);
+        }
+    }
+    auto const method = lower(route.method);
+    if (starts_with(method, "cis") || starts_with(method, "td") || starts_with(method, "eom")) {
+        add_task(TaskKind::excited_state);
+    }
+    route.excited_states =
+        std::find(route.tasks.begin(), route.tasks.end(), TaskKind::excited_state) != route.tasks.end();
+    if (route.tasks.empty()) {
+        route.tasks.push_back(TaskKind::single_point);
+    }
+    return route;
+}
+
+// The value after `key` on a line such as "E2 = -0.37D-01 EUMP2 = -0.75D+02".
+struct KeyedValue {
+    double value = 0.0;
+    std::string_view field;
+};
+
+std::optional<KeyedValue> value_after(std::string_view text, std::string_view key) {
+    auto const at = text.find(key);
+    if (at == std::string_view::npos) {
+        return std::nullopt;
+    }
+    auto rest = text.substr(at + key.size());
+    auto const values = fields(rest);
+    for (auto field : values) {
+        if (field == "=") {
+            continue;
+        }
+        if (field.front() == '=') {
+            field.remove_prefix(1);
+        }
+        if (auto const number = to_double(field)) {
+            return KeyedValue{*number, field};
+        }
+        return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+int multiplicity_of(std::string_view label) {
+    static constexpr std::pair<char const*, int> names[] = {
+        {"Singlet", 1}, {"Doublet", 2}, {"Triplet", 3}, {"Quartet", 4}, {"Quintet", 5}};
+    for (auto const& [name, value] : names) {
+        if (label == name) {
+            return value;
+        }
+    }
+    return 0;
+}
+
+class JobReader {
+public:
+    JobReader(DocumentBuilder& builder, model::SourceId source, LineCursor& lines, JobRange range,
+              std::vector<Diagnostic>& diagnostics)
+        : builder_(builder), source_(source), lines_(lines), range_(range), diagnostics_(diagnostics) {}
+
+    // Returns the job's termination.
+    Termination read() {
+        CalculationJob job;
+        job.source = span_of_lines(source_, lines_.at(range_.begin), lines_.at(range_.end - 1));
+        job_ = builder_.add_job(std::move(job));
+        use_standard_ = false;
+        for (std::size_t i = range_.begin; i < range_.end; ++i) {
+            if (trim(lines_.at(i).text) == "Standard orientation:") {
+                use_standard_ = true;
+                break;
+            }
+        }
+        lines_.seek(range_.begin);
+        while (lines_.index() < range_.end) {
+            read_line();
+        }
+        finish();
+        return builder_.job(job_).termination;
+    }
+
+private:
+    Line const& line() const { return lines_.current(); }
+    bool has_next() const { return lines_.index() + 1 < range_.end; }
+    // Moves to the next line of the job, if there is one.
+    bool next() {
+        if (!has_next()) {
+            lines_.seek(range_.end);
+            return false;
+        }
+        lines_.advance();
+        return true;
+    }
+
+    SourceSpan span(std::string_view part) const { return span_of_part(source_, line(), part); }
+
+    void read_line() {
+        auto const text = trim(line().text);
+        if (!route_read_ && starts_with(text, "#")) {
+            read_route();
+        } else if (starts_with(text, "Charge =") && !state_) {
+            read_charge(text);
+        } else if (text == (use_standard_ ? "Standard orientation:" : "Input orientation:")) {
+            read_orientation();
+        } else if (starts_with(text, "SCF Done:")) {
+            read_scf(text);
+        } else if (contains(text, "EUMP2 =")) {
+            energy(text, "EUMP2 =", EnergyKind::correlated, "EUMP2", "MP2");
+        } else if (contains(text, "EUMP3=")) {
+            energy(text, "EUMP3=", EnergyKind::correlated, "EUMP3", "MP3");
+        } else if (starts_with(text, "E4(")) {
+            for (auto const* key : {"UMP4(DQ)=", "UMP4(SDQ)=", "UMP4(SDTQ)="}) {
+                std::string_view const k = key;
+                if (contains(text, k)) {
+                    energy(text, k, EnergyKind::correlated, std::string(k.substr(0, k.size() - 1)), "MP4");
+                }
+            }
+        } else if (starts_with(text, "DEMP5 =")) {
+            energy(text, " MP5 =", EnergyKind::correlated, "MP5", "MP5");
+        } else if (starts_with(text, "Wavefunction amplitudes converged. E(Corr)=")) {
+            auto const method = lower(route_.method);
+            energy(text, "E(Corr)=", EnergyKind::correlated, method == "ccd" ? "CCD" : "CCSD",
+                   method == "ccd" ? "CCD" : "CCSD");
+        } else if (starts_with(text, "CCSD(T)=")) {
+            energy(text, "CCSD(T)=", EnergyKind::correlated, "CCSD(T)", "CCSD(T)");
+        } else if (starts_with(text, "Total Energy, E(")) {
+            read_excited_total(text);
+        } else if (starts_with(text, "Excited State ")) {
+            read_excited_state(text);
+        } else if (contains(text, "Forces (Hartrees/Bohr)")) {
+            read_forces();
+        } else if (starts_with(text, "Cartesian Forces:")) {
+            read_force_summary(text);
+        } else if (starts_with(text, "Item") && contains(text, "Converged?")) {
+            read_convergence();
+        } else if (starts_with(text, "Harmonic frequencies")) {
+            read_vibrations();
+        } else if (text == "- Thermochemistry -") {
+            read_thermochemistry();
+        } else if (starts_with(text, "Alpha  occ. eigenvalues --")) {
+            read_orbitals();
+        } else if ((starts_with(text, "Mulliken charges") || starts_with(text, "Mulliken atomic charges")) &&
+                   !contains(text, "summed")) {
+            read_mulliken();
+        } else if (starts_with(text, "Dipole moment (field-independent basis, Debye):")) {
+            read_dipole();
+        } else if (starts_with(text, "nuclear repulsion energy")) {
+            scalar(text, "nuclear repulsion energy", "nuclear_repulsion_energy", "Nuclear repulsion energy",
+                   "hartree");
+        } else if (contains(text, "basis functions,") && contains(text, "primitive gaussians")) {
+            auto const values = fields(text);
+            if (auto const count = to_double(values.front())) {
+                add_scalar("basis_functions", "Number of basis functions", *count, span(values.front()));
+            }
+        } else if (starts_with(text, "<Sx>=") && contains(text, "<S**2>=")) {
+            scalar(text, "<S**2>=", "spin_squared", "<S**2>", "");
+        } else if (is_termination(text)) {
+            read_termination(text);
+        } else if (route_read_ && (starts_with(text, "Warning") || starts_with(text, "WARNING") ||
+                                   starts_with(text, "*** WARNING"))) {
+            diagnostics_.push_back(
+                {Severity::warning, "gaussian.warning", std::string(text), span_of_line(source_, line())});
+        }
+        // A reader that read a table leaves the cursor on its last line, or
+        // past the job's end when the job ended inside the table.
+        if (lines_.index() < range_.end) {
+            lines_.advance();
+        }
+    }
+
+    void read_route() {
+        std::string text(line().text);
+        while (has_next()) {
+            next();
+            if (is_dashes(line().text)) {
+                break;
+            }
+            text += std::string(line().text.substr(line().text.empty() ? 0 : 1));
+        }
+        route_ = parse_route(text);
+        route_read_ = true;
+        auto& job = builder_.job(job_);
+        job.keywords = route_.text;
+        job.method = route_.method;
+        job.basis_set = route_.basis_set;
+        job.tasks = route_.tasks;
+        job.primary_task = route_.tasks.front();
+    }
+
+    void read_charge(std::string_view text) {
+        auto const values = fields(text);
+        if (values.size() >= 6) {
+            auto const charge = to_integer(values[2]);
+            auto const multiplicity = to_integer(values[5]);
+            if (charge && multiplicity && *multiplicity > 0 && *multiplicity < 1000 && *charge > -1000 &&
+                *charge < 1000) {
+                state_ = chem::ElectronicState{static_cast<std::int32_t>(*charge),
+                                               static_cast<std::uint32_t>(*multiplicity)};
+            }
+        }
+    }
+
+    // Header, column names on two lines, dashes, one row for each atom,
+    // dashes. A table cut before its closing dashes is left out.
+    void read_orientation() {
+        Line const first = line();
+        std::vector<int> numbers;
+        std::vector<chem::Vec3> positions;
+        int dashes = 0;
+        while (next()) {
+            auto const text = line().text;
+            if (is_dashes(text)) {
+                if (++dashes == 3) {
+                    break;
+                }
+                continue;
+            }
+            if (dashes != 2) {
+                continue;
+            }
+            auto const values = fields(text);
+            if (values.size() < 5) {
+                return;
+            }
+            auto const number = to_integer(values[1]);
+            auto const x = to_double(values[values.size() - 3]);
+            auto const y = to_double(values[values.size() - 2]);
+            auto const z = to_double(values[values.size() - 1]);
+            if (!number || !x || !y || !z || *number < 0 || *number > 200) {
+                return;
+            }
+            numbers.push_back(static_cast<int>(*number));
+            positions.push_back({*x, *y, *z});
+        }
+        if (dashes != 3 || numbers.empty()) {
+            return;
+        }
+        auto const table = span_of_lines(source_, first, line());
+        auto& job = builder_.job(job_);
+        if (!system_) {
+            system_ = builder_.system_for(numbers, state_, table);
+            job.system_id = *system_;
+            atom_count_ = numbers.size();
+            for (auto const step : job.step_ids) {
+                builder_.step(step).system_id = *system_;
+            }
+        } else if (numbers.size() != atom_count_) {
+            return;
+        }
+        // Gaussian prints the geometry again where nothing moved, after an
+        // optimisation has converged for one: that is the same step.
+        if (step_) {
+            auto const& current = builder_.step(*step_);
+            if (current.frame_id &&
+                builder_.document().frames.at(current.frame_id->value - 1).positions_angstrom == positions) {
+                return;
+            }
+        }
+        close_step();
+        auto const frame = builder_.add_frame(*system_, std::move(positions), table);
+        step_ = builder_.add_step(job_, frame, table);
+    }
+
+    StepId current_step() {
+        if (!step_) {
+            step_ = builder_.add_step(job_, std::nullopt, span_of_line(source_, line()));
+        }
+        return *step_;
+    }
+
+    // Widens the step's span to a record found in it.
+    void extend_step(SourceSpan const& record) {
+        auto& step = builder_.step(current_step());
+        if (!step.source) {
+            step.source = record;
+        } else if (step.source->end.offset < record.end.offset) {
+            step.source->end = record.end;
+        }
+    }
+
+    void add_energy(EnergyKind kind, std::string label, std::string method, double value, SourceSpan where) {
+        auto const step = current_step();
+        builder_.add_energy(step, kind, std::move(label), std::move(method), value, where);
+        extend_step(where);
+    }
+
+    void energy(std::string_view text, std::string_view key, EnergyKind kind, std::string label,
+                std::string method) {
+        if (auto const found = value_after(text, key)) {
+            add_energy(kind, std::move(label), std::move(method), found->value, span(found->field));
+        }
+    }
+
+    // "SCF Done:  E(RB3LYP) =  -382.294279146     A.U. after   12 cycles"
+    void read_scf(std::string_view text) {
+        auto const open = text.find("E(");
+        auto const close = text.find(')', open);
+        if (open == std::string_view::npos || close == std::string_view::npos) {
+            return;
+        }
+        std::string const method(text.substr(open + 2, close - open - 2));
+        energy(text.substr(close), ")", EnergyKind::scf, "SCF Done", method);
+    }
+
+    void read_excited_total(std::string_view text) {
+        auto const open = text.find("E(");
+        auto const close = text.find(")", open);
+        if (close == std::string_view::npos) {
+            return;
+        }
+        auto const found = value_after(text.substr(close), ")");
+        if (!found) {
+            return;
+        }
+        std::string const method(text.substr(open + 2, close - open - 2));
+        add_energy(EnergyKind::excited_state_total, "E(" + method + ")", method, found->value, span(found->field));
+        if (excited_ && !excited_->states.empty()) {
+            excited_->states.back().total_energy = found->value;
+        }
+    }
+
+    // "Excited State   1:      Singlet-BU     5.3351 eV  232.39 nm  f=0.1707  <S**2>=0.000"
+    // followed by its promotions, "34 -> 36  0.48145" ("<-" for de-excitations).
+    void read_excited_state(std::string_view text) {
+        auto const values = fields(text);
+        if (values.size() < 9 || values[5] != "eV") {
+            return;
+        }
+        auto index_field = values[2];
+        if (!index_field.empty() && index_field.back() == ':') {
+            index_field.remove_suffix(1);
+        }
+        auto const index = to_integer(index_field);
+        auto const ev = to_double(values[4]);
+        auto const nm = to_double(values[6]);
+        if (!index || !ev || !nm || !starts_with(values[8], "f=")) {
+            return;
+        }
+        ExcitedState state;
+        state.index = static_cast<int>(*index);
+        auto const label = values[3];
+        auto const dash = label.find('-');
+        state.multiplicity_label = std::string(label.substr(0, dash));
+        if (dash != std::string_view::npos) {
+            state.symmetry = std::string(label.substr(dash + 1));
+        }
+        if (int const m = multiplicity_of(state.multiplicity_label); m > 0) {
+            state.multiplicity = m;
+        }
+        state.excitation_energy = *ev / units::hartree_in_ev;
+        state.reported_wavelength_nm = *nm;
+        state.oscillator_strength = to_double(values[8].substr(2));
+        if (values.size() > 9 && starts_with(values[9], "<S**2>=")) {
+            state.spin_squared = to_double(values[9].substr(7));
+        }
+        state.method = excited_method();
+        Line const first = line();
+        Line last = first;
+        while (has_next()) {
+            auto const row = fields(lines_.at(lines_.index() + 1).text);
+            if (row.size() != 4 || (row[1] != "->" && row[1] != "<-")) {
+                break;
+            }
+            next();
+            last = line();
+            ExcitationContribution contribution;
+            contribution.label = std::string(trim(line().text.substr(0, line().text.find(row[2]) + row[2].size())));
+            auto orbital = [](std::string_view field) -> std::optional<int> {
+                if (!field.empty() && (field.back() == 'A' || field.back() == 'B')) {
+                    field.remove_suffix(1);
+                }
+                auto const n = to_integer(field);
+                if (!n || *n < 0 || *n > 10000000) {
+                    return std::nullopt;
+                }
+                return static_cast<int>(*n);
+            };
+            contribution.from_orbital = orbital(row[0]);
+            contribution.to_orbital = orbital(row[2]);
+            contribution.coefficient = to_double(row[3]);
+            contribution.reverse = row[1] == "<-";
+            state.contributions.push_back(std::move(contribution));
+        }
+        state.source = span_of_lines(source_, first, last);
+        if (!excited_) {
+            excited_.emplace();
+            excited_->method = state.method;
+            excited_->section = "Excitation energies and oscillator strengths";
+            excited_span_ = *state.source;
+            excited_step_ = current_step();
+        }
+        excited_span_.end = state.source->end;
+        excited_->states.push_back(std::move(state));
+    }
+
+    std::string excited_method() const {
+        auto const method = lower(route_.method);
+        if (starts_with(method, "cis")) {
+            return "CIS";
+        }
+        if (contains(lower(route_.text), "tda")) {
+            return "TDA";
+        }
+        return "TD";
+    }
+
+    void close_excited() {
+        if (excited_) {
+            builder_.add_analysis(job_, excited_step_, std::move(*excited_), excited_span_);
+            excited_.reset();
+        }
+    }
+
+    // Center, atomic number, then the force on the atom; the gradient is its
+    // opposite.
+    void read_forces() {
+        Line const first = line();
+        std::vector<chem::Vec3> gradient;
+        int dashes = 0;
+        while (next()) {
+            if (is_dashes(line().text)) {
+                if (++dashes == 2) {
+                    break;
+                }
+                continue;
+            }
+            if (dashes != 1) {
+                continue;
+            }
+            auto const values = fields(line().text);
+            if (values.size() != 5) {
+                return;
+            }
+            auto const x = to_double(values[2]);
+            auto const y = to_double(values[3]);
+            auto const z = to_double(values[4]);
+            if (!x || !y || !z) {
+                return;
+            }
+            gradient.push_back({-*x, -*y, -*z});
+        }
+        if (dashes != 2 || gradient.empty() || (atom_count_ != 0 && gradient.size() != atom_count_)) {
+            return;
+        }
+        auto const where = span_of_lines(source_, first, line());
+        auto& step = builder_.step(current_step());
+        GradientRecord record;
+        record.vectors = std::move(gradient);
+        record.source = where;
+        step.gradient = std::move(record);
+        extend_step(where);
+    }
+
+    // "Cartesian Forces:  Max     0.050454775 RMS     0.015077523", the
+    // largest component and the root mean square of the forces just printed.
+    void read_force_summary(std::string_view text) {
+        if (!step_ || !builder_.step(*step_).gradient) {
+            return;
+        }
+        auto& gradient = *builder_.step(*step_).gradient;
+        if (auto const max = value_after(text, "Max")) {
+            gradient.max = max->value;
+        }
+        if (auto const rms = value_after(text, "RMS")) {
+            gradient.rms = rms->value;
+        }
+    }
+
+    void read_convergence() {
+        static constexpr std::pair<char const*, CriterionKind> rows[] = {
+            {"Maximum Force", CriterionKind::max_force},
+            {"RMS     Force", CriterionKind::rms_force},
+            {"Maximum Displacement", CriterionKind::max_displacement},
+            {"RMS     Displacement", CriterionKind::rms_displacement}};
+        Line const first = line();
+        ConvergenceRecord record;
+        bool all = true;
+        for (auto const& [name, kind] : rows) {
+            if (!has_next() || !starts_with(trim(lines_.at(lines_.index() + 1).text), name)) {
+                break;
+            }
+            next();
+            auto const values = fields(trim(line().text).substr(std::string_view(name).size()));
+            if (values.size() != 3) {
+                break;
+            }
+            auto const value = to_double(values[0]);
+            auto const threshold = to_double(values[1]);
+            if (!value || !threshold || (values[2] != "YES" && values[2] != "NO")) {
+                break;
+            }
+            bool const satisfied = values[2] == "YES";
+            all = all && satisfied;
+            bool const force = kind == CriterionKind::max_force || kind == CriterionKind::rms_force;
+            record.criteria.push_back({kind, *value, *threshold, satisfied, force ? "hartree/bohr" : "bohr"});
+        }
+        if (record.criteria.size() != 4) {
+            return;
+        }
+        record.status = all ? ConvergenceStatus::converged : ConvergenceStatus::not_converged;
+        record.source = span_of_lines(source_, first, line());
+        builder_.step(current_step()).convergence = record;
+        extend_step(*record.source);
+    }
+
+    // Gaussian prints the modes three to a group: numbers, symmetries,
+    // labelled rows ("Frequencies --", "Red. masses --", ...) and the
+    // displacements of each atom. With HPModes a first table of five to a
+    // group comes before it, with "---" after the labels; the three-column
+    // table, which every frequency job prints, is the one read.
+    void read_vibrations() {
+        Line const first = line();
+        std::size_t const start = lines_.index();
+        // Look for the three-column table's first "Frequencies --".
+        std::size_t i = start + 1;
+        for (; i < range_.end; ++i) {
+            auto const text = trim(lines_.at(i).text);
+            if (starts_with(text, "Frequencies --") && !starts_with(text, "Frequencies ---")) {
+                break;
+            }
+            if (starts_with(text, "- Thermochemistry -")) {
+                return;
+            }
+        }
+        if (i >= range_.end || i < start + 3) {
+            return;
+        }
+        std::vector<VibrationalMode> modes;
+        std::size_t last_line = i;
+        while (i < range_.end && i >= 2) {
+            auto const text = trim(lines_.at(i).text);
+            if (!starts_with(text, "Frequencies --")) {
+                break;
+            }
+            auto const numbers = fields(lines_.at(i - 2).text);
+            auto const symmetries = fields(lines_.at(i - 1).text);
+            std::vector<VibrationalMode> group;
+            for (auto const field : fields(text.substr(14))) {
+                auto const value = to_double(field);
+                if (!value) {
+                    return finish_vibrations(std::move(modes), first, last_line);
+                }
+                VibrationalMode mode;
+                mode.frequency_cm1 = *value;
+                group.push_back(std::move(mode));
+            }
+            if (group.empty() || group.size() > 3) {
+                break;
+            }
+            for (std::size_t k = 0; k < group.size(); ++k) {
+                if (numbers.size() == group.size()) {
+                    if (auto const n = to_integer(numbers[k]); n && *n > 0 && *n < 1000000) {
+                        group[k].index = static_cast<int>(*n);
+                    }
+                }
+                if (symmetries.size() == group.size()) {
+                    group[k].symmetry = std::string(symmetries[k]);
+                }
+            }
+            // Labelled rows up to the displacements' header.
+            ++i;
+            for (; i < range_.end; ++i) {
+                auto const row = trim(lines_.at(i).text);
+                auto const dashes = row.find("--");
+                if (starts_with(row, "Atom") || dashes == std::string_view::npos) {
+                    break;
+                }
+                auto const label = trim(row.substr(0, dashes));
+                auto const values = fields(row.substr(dashes + 2));
+                if (values.size() != group.size()) {
+                    continue;
+                }
+                for (std::size_t k = 0; k < group.size(); ++k) {
+                    auto const value = to_double(values[k]);
+                    if (label == "Red. masses") {
+                        group[k].reduced_mass_amu = value;
+                    } else if (label == "Frc consts") {
+                        group[k].force_constant_mdyne_per_angstrom = value;
+                    } else if (label == "IR Inten") {
+                        group[k].ir_intensity_km_per_mol = value;
+                    } else if (label == "Raman Activ") {
+                        group[k].raman_activity = value;
+                    }
+                }
+            }
+            if (i >= range_.end || !starts_with(trim(lines_.at(i).text), "Atom")) {
+                break;
+            }
+            // One row per atom: atom, atomic number, x y z for each mode.
+            ++i;
+            for (; i < range_.end; ++i) {
+                auto const row = fields(lines_.at(i).text);
+                if (row.size() != 2 + 3 * group.size() || !to_integer(row[0])) {
+                    break;
+                }
+                for (std::size_t k = 0; k < group.size(); ++k) {
+                    auto const x = to_double(row[2 + 3 * k]);
+                    auto const y = to_double(row[3 + 3 * k]);
+                    auto const z = to_double(row[4 + 3 * k]);
+                    group[k].displacements.push_back({x.value_or(0.0), y.value_or(0.0), z.value_or(0.0)});
+                }
+            }
+            if (atom_count_ != 0 && group.front().displacements.size() != atom_count_) {
+                break;
+            }
+            for (auto& mode : group) {
+                modes.push_back(std::move(mode));
+            }
+            last_line = i - 1;
+            // The next group's "Frequencies --" comes two lines later.
+            i += 2;
+        }
+        finish_vibrations(std::move(modes), first, last_line);
+    }
+
+    void finish_vibrations(std::vector<VibrationalMode> modes, Line const& first, std::size_t last_line) {
+        if (modes.empty()) {
+            return;
+        }
+        lines_.seek(last_line);
+        VibrationalBlock block;
+        block.modes = std::move(modes);
+        builder_.add_analysis(job_, current_step(), std::move(block), span_of_lines(source_, first, line()));
+    }
+
+    void read_thermochemistry() {
+        Line const first = line();
+        ThermochemistryBlock block;
+        bool complete = false;
+        while (next()) {
+            auto const text = trim(line().text);
+            auto take = [&](char const* key, std::optional<double>& into) {
+                if (auto const found = value_after(text, key)) {
+                    into = found->value;
+                }
+            };
+            if (starts_with(text, "Temperature")) {
+                take("Temperature", block.temperature_kelvin);
+                take("Pressure", block.pressure_atmosphere);
+            } else if (starts_with(text, "Molecular mass:")) {
+                take("Molecular mass:", block.total_mass_amu);
+            } else if (starts_with(text, "Zero-point correction=")) {
+                take("Zero-point correction=", block.zero_point_energy);
+            } else if (starts_with(text, "Thermal correction to Energy=")) {
+                take("Thermal correction to Energy=", block.thermal_correction);
+            } else if (starts_with(text, "Thermal correction to Enthalpy=")) {
+                take("Thermal correction to Enthalpy=", block.enthalpy_correction);
+            } else if (starts_with(text, "Thermal correction to Gibbs Free Energy=")) {
+                take("Thermal correction to Gibbs Free Energy=", block.gibbs_correction);
+            } else if (starts_with(text, "Sum of electronic and thermal Energies=")) {
+                take("Sum of electronic and thermal Energies=", block.thermal_energy);
+            } else if (starts_with(text, "Sum of electronic and thermal Enthalpies=")) {
+                take("Sum of electronic and thermal Enthalpies=", block.enthalpy);
+            } else if (starts_with(text, "Sum of electronic and thermal Free Energies=")) {
+                take("Sum of electronic and thermal Free Energies=", block.gibbs_free_energy);
+                complete = true;
+                break;
+            } else if (is_termination(text)) {
+                lines_.seek(lines_.index() - 1);
+                break;
+            }
+        }
+        if (!complete) {
+            return;
+        }
+        auto const step = current_step();
+        if (auto const& primary = builder_.step(step).primary_energy_id) {
+            for (auto const& energy : builder_.step(step).energies) {
+                if (energy.id == *primary) {
+                    block.electronic_energy = energy.value;
+                }
+            }
+        }
+        builder_.add_analysis(job_, step, block, span_of_lines(source_, first, line()));
+    }
+
+    // "Alpha  occ. eigenvalues --  -10.02022 -10.02017 ..." in columns ten
+    // wide, which run together when a value fills its column.
+    static std::vector<double> eigenvalues(std::string_view text) {
+        std::vector<double> values;
+        auto const dashes = text.find("--");
+        if (dashes == std::string_view::npos) {
+            return values;
+        }
+        // The label ends in "-- ", and each value fills ten columns after it.
+        auto rest = text.substr(std::min(text.size(), dashes + 3));
+        while (!rest.empty() && rest.back() == ' ') {
+            rest.remove_suffix(1);
+        }
+        for (std::size_t at = 0; at < rest.size(); at += 10) {
+            auto const value = to_double(trim(rest.substr(at, 10)));
+            if (!value) {
+                return {};
+            }
+            values.push_back(*value);
+        }
+        return values;
+    }
+
+    void read_orbitals() {
+        Line const first = line();
+        std::vector<Orbital> alpha;
+        std::vector<Orbital> beta;
+        while (true) {
+            auto const text = trim(line().text);
+            bool const is_alpha = starts_with(text, "Alpha ");
+            bool const is_beta = starts_with(text, "Beta ");
+            bool const occupied = contains(text, " occ. eigenvalues --");
+            if (!(is_alpha || is_beta) || !(occupied || contains(text, " virt. eigenvalues --"))) {
+                lines_.seek(lines_.index() - 1);
+                break;
+            }
+            // Eigenvalues cut off by the end of the output are left out.
+            if (!has_next()) {
+                return;
+            }
+            auto& into = is_alpha ? alpha : beta;
+            for (double const energy : eigenvalues(line().text)) {
+                Orbital orbital;
+                orbital.index = static_cast<int>(into.size());
+                orbital.energy = energy;
+                orbital.occupation = occupied ? 1.0 : 0.0;
+                orbital.kind = occupied ? "occupied" : "virtual";
+                into.push_back(std::move(orbital));
+            }
+            next();
+        }
+        auto const where = span_of_lines(source_, first, line());
+        auto add = [&](std::vector<Orbital> orbitals, SpinChannel spin, double occupied) {
+            for (auto& orbital : orbitals) {
+                orbital.spin = spin;
+                orbital.occupation = *orbital.occupation * occupied;
+            }
+            OrbitalSetBlock block;
+            block.spin = spin;
+            block.kind = "canonical";
+            block.orbitals = std::move(orbitals);
+            builder_.add_analysis(job_, current_step(), std::move(block), where);
+        };
+        if (alpha.empty()) {
+            return;
+        }
+        if (beta.empty()) {
+            add(std::move(alpha), SpinChannel::none, 2.0);
+        } else {
+            add(std::move(alpha), SpinChannel::alpha, 1.0);
+            add(std::move(beta), SpinChannel::beta, 1.0);
+        }
+    }
+
+    // A header row of column numbers, then "1  O  -0.319889 [spin]" per atom
+    // up to "Sum of Mulliken ...".
+    void read_mulliken() {
+        Line const first = line();
+        if (!next()) {
+            return;
+        }
+        AtomicChargeBlock block;
+        block.scheme = "Mulliken";
+        while (next()) {
+            auto const values = fields(line().text);
+            if (values.size() < 3 || values.size() > 4) {
+                break;
+            }
+            auto const index = to_integer(values[0]);
+            auto const charge = to_double(values[2]);
+            if (!index || !charge || *index < 1 || *index > 1000000) {
+                break;
+            }
+            AtomicChargeRecord record;
+            record.atom_index = static_cast<int>(*index - 1);
+            record.element = std::string(values[1]);
+            record.charge = charge;
+            if (values.size() == 4) {
+                record.spin_population = to_double(values[3]);
+            }
+            block.records.push_back(std::move(record));
+        }
+        if (lines_.index() >= range_.end) {
+            return;
+        }
+        if (!starts_with(trim(line().text), "Sum of Mulliken") || block.records.empty()) {
+            return;
+        }
+        builder_.add_analysis(job_, current_step(), std::move(block), span_of_lines(source_, first, line()));
+    }
+
+    // "X= -0.0000 Y= -0.0000 Z= -1.5994 Tot= 1.5994", in debye.
+    void read_dipole() {
+        Line const first = line();
+        if (!next()) {
+            return;
+        }
+        auto const text = line().text;
+        auto const x = value_after(text, "X=");
+        auto const y = value_after(text, "Y=");
+        auto const z = value_after(text, "Z=");
+        auto const total = value_after(text, "Tot=");
+        if (!x || !y || !z || !total) {
+            return;
+        }
+        PermanentDipole moment;
+        double const per_debye = 1.0 / units::dipole_au_in_debye;
+        moment.atomic_units = {x->value * per_debye, y->value * per_debye, z->value * per_debye};
+        moment.magnitude_debye = total->value;
+        moment.magnitude_atomic_units = total->value * per_debye;
+        moment.method = route_.method;
+        moment.density_type = "electronic";
+        moment.source = span_of_lines(source_, first, line());
+        DipoleBlock block;
+        block.moments.push_back(std::move(moment));
+        builder_.add_analysis(job_, current_step(), std::move(block), span_of_lines(source_, first, line()));
+    }
+
+    void scalar(std::string_view text, std::string_view key, char const* name, char const* label,
+                char const* unit) {
+        if (auto const found = value_after(text, key)) {
+            ScalarProperty property{name, label, found->value, unit, span(found->field)};
+            add_property(std::move(property));
+        }
+    }
+
+    void add_scalar(char const* name, char const* label, double value, SourceSpan where) {
+        add_property(ScalarProperty{name, label, value, "", where});
+    }
+
+    // Kept for the step they belong to and written when it closes, a later
+    // value of the same quantity replacing the earlier one.
+    void add_property(ScalarProperty property) {
+        current_step();
+        for (auto& known : scalars_.properties) {
+            if (known.key == property.key) {
+                known = std::move(property);
+                return;
+            }
+        }
+        scalars_.properties.push_back(std::move(property));
+    }
+
+    void close_step() {
+        close_excited();
+        if (step_ && !scalars_.properties.empty()) {
+            auto where = *scalars_.properties.front().source;
+            where.end = scalars_.properties.back().source->end;
+            for (auto const& property : scalars_.properties) {
+                if (property.source->end.offset > where.end.offset) {
+                    where.end = property.source->end;
+                }
+                if (property.source->begin.offset < where.begin.offset) {
+                    where.begin = property.source->begin;
+                }
+            }
+            builder_.add_analysis(job_, step_, std::move(scalars_), where);
+        }
+        scalars_ = {};
+    }
+
+    void read_termination(std::string_view text) {
+        auto& termination = builder_.job(job_).termination;
+        if (starts_with(text, "Normal termination")) {
+            termination.kind = TerminationKind::normal;
+            termination.reason = std::string(text);
+            termination.source = span(text);
+            return;
+        }
+        termination.kind = TerminationKind::error;
+        // Gaussian writes why it stopped on the line before this one.
+        Line reason_line = line();
+        for (std::size_t i = lines_.index(); i > range_.begin; --i) {
+            auto const previous = trim(lines_.at(i - 1).text);
+            if (!previous.empty()) {
+                reason_line = lines_.at(i - 1);
+                break;
+            }
+        }
+        auto const reason = trim(reason_line.text);
+        termination.reason = std::string(reason);
+        termination.source = span_of_part(source_, reason_line, reason);
+        diagnostics_.push_back({Severity::error, "gaussian.error_termination",
+                                "Gaussian stopped with an error: " + std::string(reason), termination.source});
+    }
+
+    void finish() {
+        close_step();
+        auto& job = builder_.job(job_);
+        if (!system_) {
+            // A job cut before its first geometry still needs a system to
+            // name; it has no atoms the output got to.
+            system_ = builder_.system_for({}, state_, std::nullopt);
+            job.system_id = *system_;
+            for (auto const step : job.step_ids) {
+                builder_.step(step).system_id = *system_;
+            }
+        }
+        if (job.tasks.empty()) {
+            job.tasks.push_back(TaskKind::single_point);
+            job.primary_task = TaskKind::single_point;
+        }
+    }
+
+    DocumentBuilder& builder_;
+    model::SourceId source_;
+    LineCursor& lines_;
+    JobRange range_;
+    std::vector<Diagnostic>& diagnostics_;
+
+    JobId job_;
+    bool use_standard_ = false;
+    bool route_read_ = false;
+    Route route_;
+    std::optional<chem::ElectronicState> state_;
+    std::optional<chem::SystemId> system_;
+    std::size_t atom_count_ = 0;
+    std::optional<StepId> step_;
+    ScalarPropertyBlock scalars_;
+    std::optional<ExcitedStateBlock> excited_;
+    SourceSpan excited_span_;
+    std::optional<StepId> excited_step_;
+};
+
+// "Gaussian 16:  ES64L-G16RevA.03 25-Dec-2016" -> "16 Revision A.03".
+std::string read_version(LineCursor const& lines) {
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        auto const text = trim(lines.at(i).text);
+        if (!starts_with(text, "Gaussian ") || text.size() < 12 || text[11] != ':') {
+            continue;
+        }
+        std::string version(text.substr(9, 2));
+        auto const values = fields(text.substr(12));
+        if (!values.empty()) {
+            auto const rev = values.front().find("Rev");
+            if (rev != std::string_view::npos) {
+                version += " Revision " + std::string(values.front().substr(rev + 3));
+            }
+        }
+        return version;
+    }
+    return "";
+}
+
+}  // namespace
+
+bool recognises(std::string_view text) {
+    auto const head = text.substr(0, 1 << 16);
+    return contains(head, "Entering Gaussian System") ||
+           (contains(head, "Gaussian, Inc.") && (contains(head, "Gaussian 16:") || contains(head, "Gaussian 09:")));
+}
+
+model::ParseResult<Document> read(std::string_view text, std::string_view file_name) {
+    model::ParseResult<Document> result;
+    DocumentBuilder builder;
+    auto const source = builder.add_source(std::string(file_name), text.size());
+    LineCursor lines(text);
+
+    auto& program = builder.document().program;
+    program.kind = ProgramKind::gaussian;
+    program.name = "Gaussian";
+    program.version = read_version(lines);
+    builder.document().normalization.profile = ResultProfile::standard;
+
+    Termination last;
+    for (auto const range : split_jobs(lines)) {
+        if (range.end <= range.begin) {
+            continue;
+        }
+        JobReader reader(builder, source, lines, range, result.diagnostics);
+        last = reader.read();
+    }
+
+    result.status = model::ParseStatus::complete;
+    for (auto& job : builder.document().jobs) {
+        if (job.termination.kind == TerminationKind::unknown) {
+            job.termination.kind = TerminationKind::truncated;
+            result.status = model::ParseStatus::partial;
+        }
+    }
+    if (result.status == model::ParseStatus::partial && lines.size() > 0) {
+        auto const& end = lines.at(lines.size() - 1);
+        result.diagnostics.push_back(
+            {Severity::warning, "gaussian.truncated",
+             "the output stops at line " + std::to_string(end.number) + " before Gaussian's termination line",
+             span_of_line(source, end)});
+    }
+    if (!builder.document().jobs.empty()) {
+        program.termination = builder.document().jobs.back().termination;
+    }
+    result.value = builder.take();
+    return result;
+}
+
+}  // namespace morv::qc::import::gaussian

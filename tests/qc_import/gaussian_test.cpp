@@ -1,0 +1,266 @@
+#include <morv/qc/import.hpp>
+#include <morv/qc/json/codec.hpp>
+#include <morv/qc/model.hpp>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <variant>
+
+namespace morv::qc {
+namespace {
+
+std::string read_output(std::string const& name) {
+    std::ifstream in(std::string(MORV_GAUSSIAN_DATA_DIR) + "/" + name, std::ios::binary);
+    EXPECT_TRUE(in) << name;
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+std::string spanned(std::string const& text, model::SourceSpan const& span) {
+    return text.substr(span.begin.offset, span.end.offset - span.begin.offset);
+}
+
+EnergyRecord const& primary_energy(CalculationStep const& step) {
+    for (auto const& energy : step.energies) {
+        if (step.primary_energy_id && energy.id == *step.primary_energy_id) {
+            return energy;
+        }
+    }
+    ADD_FAILURE() << "no primary energy";
+    return step.energies.front();
+}
+
+template <typename Payload>
+std::vector<Payload const*> analyses_of(Document const& document) {
+    std::vector<Payload const*> out;
+    for (auto const& block : document.analyses) {
+        if (auto const* payload = std::get_if<Payload>(&block.payload)) {
+            out.push_back(payload);
+        }
+    }
+    return out;
+}
+
+struct Expected {
+    char const* file;
+    std::size_t atoms;
+    std::size_t steps;
+    char const* method;
+    TaskKind task;
+    double final_energy;
+    char const* final_label;
+    std::uint64_t final_line;
+    std::size_t modes;
+    double first_frequency;
+    double last_frequency;
+    std::size_t excited_states;
+};
+
+constexpr Expected outputs[] = {
+    {"dvb_gopt.out", 20, 5, "B3LYP", TaskKind::optimization, -382.308266602, "SCF Done", 2785, 0, 0, 0, 0},
+    {"dvb_ir.out", 20, 1, "B3LYP", TaskKind::frequency, -382.308266602, "SCF Done", 0, 54, 53.1981, 3548.3320, 0},
+    {"dvb_raman.out", 20, 1, "RB3LYP", TaskKind::frequency, -382.308266561, "SCF Done", 0, 54, 53.1117, 3548.4260,
+     0},
+    {"dvb_td.out", 20, 1, "B3LYP", TaskKind::excited_state, -382.112205281, "E(TD-HF/TD-DFT)", 655, 0, 0, 0, 5},
+    {"water_mp2.log", 3, 1, "MP2", TaskKind::single_point, -75.002282127454, "EUMP2", 342, 0, 0, 0, 0},
+    {"water_ccsdt.log", 3, 1, "CCSD(T)", TaskKind::single_point, -75.017760422, "CCSD(T)", 437, 0, 0, 0, 0},
+};
+
+TEST(GaussianOutputs, ReadAsPrinted) {
+    for (auto const& expected : outputs) {
+        SCOPED_TRACE(expected.file);
+        auto const text = read_output(expected.file);
+        auto const result = import_output(text, expected.file);
+        auto const& document = result.value;
+        EXPECT_EQ(result.status, model::ParseStatus::complete);
+        EXPECT_EQ(document.program.kind, ProgramKind::gaussian);
+        EXPECT_EQ(document.program.version, "16 Revision A.03");
+        EXPECT_EQ(document.program.termination.kind, TerminationKind::normal);
+        ASSERT_EQ(document.sources.size(), 1u);
+        EXPECT_EQ(document.sources[0].path, expected.file);
+        EXPECT_EQ(document.sources[0].size_bytes, text.size());
+        ASSERT_EQ(document.jobs.size(), 1u);
+        EXPECT_EQ(document.jobs[0].method, expected.method);
+        EXPECT_EQ(document.jobs[0].basis_set, "STO-3G");
+        EXPECT_EQ(document.jobs[0].primary_task, expected.task);
+        ASSERT_EQ(document.systems.size(), 1u);
+        EXPECT_EQ(document.systems[0].topology.atoms.size(), expected.atoms);
+        EXPECT_EQ(document.steps.size(), expected.steps);
+        EXPECT_EQ(document.frames.size(), expected.steps);
+        auto const& energy = primary_energy(document.steps.back());
+        EXPECT_EQ(energy.value, expected.final_energy);
+        EXPECT_EQ(energy.label, expected.final_label);
+        if (expected.final_line != 0) {
+            EXPECT_EQ(energy.source->begin.line, expected.final_line);
+        }
+        auto const vibrations = analyses_of<VibrationalBlock>(document);
+        EXPECT_EQ(vibrations.size(), expected.modes == 0 ? 0u : 1u);
+        if (!vibrations.empty()) {
+            auto const& modes = vibrations.front()->modes;
+            ASSERT_EQ(modes.size(), expected.modes);
+            EXPECT_EQ(modes.front().frequency_cm1, expected.first_frequency);
+            EXPECT_EQ(modes.back().frequency_cm1, expected.last_frequency);
+            EXPECT_EQ(modes.back().displacements.size(), expected.atoms);
+        }
+        std::size_t states = 0;
+        for (auto const* block : analyses_of<ExcitedStateBlock>(document)) {
+            states += block->states.size();
+        }
+        EXPECT_EQ(states, expected.excited_states);
+    }
+}
+
+// Every energy's span covers the number it was read from, in Gaussian's
+// spelling; so does the termination's.
+TEST(GaussianOutputs, SpansCoverThePrintedText) {
+    for (auto const& expected : outputs) {
+        SCOPED_TRACE(expected.file);
+        auto const text = read_output(expected.file);
+        auto const document = import_output(text, expected.file).value;
+        for (auto const& step : document.steps) {
+            for (auto const& energy : step.energies) {
+                std::string number = spanned(text, *energy.source);
+                for (char& c : number) {
+                    c = c == 'D' ? 'E' : c;
+                }
+                EXPECT_EQ(std::strtod(number.c_str(), nullptr), energy.value) << number;
+            }
+        }
+        EXPECT_EQ(spanned(text, *document.program.termination.source).substr(0, 30),
+                  "Normal termination of Gaussian");
+    }
+}
+
+TEST(GaussianOutputs, OptimisationSteps) {
+    auto const text = read_output("dvb_gopt.out");
+    auto const document = import_output(text, "dvb_gopt.out").value;
+    auto const& first = document.steps.front();
+    ASSERT_TRUE(first.gradient && first.convergence);
+    EXPECT_EQ(first.gradient->vectors[0].x, 0.050454775);
+    EXPECT_EQ(first.gradient->vectors[0].z, -0.000584594);
+    EXPECT_EQ(first.gradient->max, 0.050454775);
+    EXPECT_EQ(first.gradient->rms, 0.015077523);
+    EXPECT_EQ(first.convergence->status, ConvergenceStatus::not_converged);
+    ASSERT_EQ(first.convergence->criteria.size(), 4u);
+    EXPECT_EQ(first.convergence->criteria[0].kind, CriterionKind::max_force);
+    EXPECT_EQ(first.convergence->criteria[0].value, 0.060680);
+    EXPECT_EQ(first.convergence->criteria[0].threshold, 0.000450);
+    EXPECT_EQ(first.convergence->criteria[3].value, 0.138777);
+    EXPECT_EQ(document.steps.back().convergence->status, ConvergenceStatus::converged);
+    EXPECT_EQ(document.frames.front().positions_angstrom[0].x, 1.205666);
+    EXPECT_EQ(document.frames.front().source->begin.line, 410u);
+    EXPECT_EQ(document.systems[0].electronic_state->multiplicity, 1u);
+}
+
+TEST(GaussianOutputs, AnalysesOfAFrequencyJob) {
+    auto const document = import_output(read_output("dvb_raman.out"), "dvb_raman.out").value;
+    auto const& mode = analyses_of<VibrationalBlock>(document).front()->modes.back();
+    EXPECT_EQ(mode.symmetry, "AG");
+    EXPECT_EQ(mode.raman_activity, 137.6843);
+    auto const& thermo = *analyses_of<ThermochemistryBlock>(document).front();
+    EXPECT_EQ(thermo.temperature_kelvin, 298.15);
+    EXPECT_EQ(thermo.zero_point_energy, 0.177131);
+    EXPECT_EQ(thermo.gibbs_free_energy, -382.164919);
+    auto const& orbitals = *analyses_of<OrbitalSetBlock>(document).front();
+    EXPECT_EQ(orbitals.orbitals.size(), 60u);
+    EXPECT_EQ(orbitals.orbitals[34].occupation, 2.0);
+    EXPECT_EQ(orbitals.orbitals[35].occupation, 0.0);
+    EXPECT_EQ(analyses_of<AtomicChargeBlock>(document).front()->records[0].charge, -0.004506);
+}
+
+TEST(GaussianOutputs, ExcitedStates) {
+    auto const document = import_output(read_output("dvb_td.out"), "dvb_td.out").value;
+    auto const& state = analyses_of<ExcitedStateBlock>(document).front()->states.front();
+    EXPECT_EQ(state.multiplicity, 1);
+    EXPECT_EQ(state.symmetry, "BU");
+    EXPECT_EQ(state.excitation_energy, 5.3351 / 27.211386245988);
+    EXPECT_EQ(state.oscillator_strength, 0.1707);
+    EXPECT_EQ(state.total_energy, -382.112205281);
+    ASSERT_EQ(state.contributions.size(), 10u);
+    EXPECT_EQ(state.contributions[3].coefficient, 0.48145);
+    EXPECT_TRUE(state.contributions[8].reverse);
+}
+
+// The records of an import name only records of the document, and the codec
+// gives back the document it wrote.
+TEST(GaussianOutputs, ValidAndRoundTrip) {
+    for (auto const& expected : outputs) {
+        SCOPED_TRACE(expected.file);
+        auto const document = import_output(read_output(expected.file), expected.file).value;
+        EXPECT_TRUE(validate_document(document).empty());
+        EXPECT_EQ(json::deserialize(json::serialize(document, {})).value, document);
+    }
+}
+
+// Two outputs one after the other stand for the jobs of a Link1 run.
+TEST(GaussianOutputs, Link1JobsFollowEachOther) {
+    auto const result = import_output(read_output("dvb_gopt.out") + read_output("dvb_ir.out"), "link1.log");
+    auto const& document = result.value;
+    EXPECT_EQ(result.status, model::ParseStatus::complete);
+    ASSERT_EQ(document.jobs.size(), 2u);
+    EXPECT_EQ(document.jobs[1].parent_job_id, JobId(1));
+    EXPECT_EQ(document.jobs[1].relation, JobRelation::link);
+    EXPECT_EQ(document.jobs[1].step_ids, std::vector<StepId>{StepId(6)});
+    EXPECT_EQ(document.systems.size(), 1u);
+    EXPECT_TRUE(validate_document(document).empty());
+}
+
+TEST(GaussianOutputs, ErrorTermination) {
+    auto text = read_output("water_mp2.log");
+    auto const at = text.find(" Normal termination");
+    text = text.substr(0, at) + " Convergence failure -- run terminated.\n Error termination via Lnk1e.\n";
+    auto const result = import_output(text, "failed.log");
+    auto const& termination = result.value.program.termination;
+    EXPECT_EQ(termination.kind, TerminationKind::error);
+    EXPECT_EQ(termination.reason, "Convergence failure -- run terminated.");
+    EXPECT_EQ(spanned(text, *termination.source), termination.reason);
+    ASSERT_FALSE(result.diagnostics.empty());
+    EXPECT_EQ(result.diagnostics.back().code, "gaussian.error_termination");
+}
+
+// An output cut anywhere still imports, as far as it goes.
+TEST(GaussianOutputs, EveryPrefixReturns) {
+    for (char const* file : {"dvb_gopt.out", "dvb_td.out", "dvb_raman.out"}) {
+        auto const text = read_output(file);
+        std::vector<std::size_t> cuts = {0, 1, 17, 333, 5000, text.size() - 200, text.size() - 1};
+        for (std::size_t cut = 4096; cut < text.size(); cut += 4096) {
+            cuts.push_back(cut);
+        }
+        for (auto const cut : cuts) {
+            SCOPED_TRACE(std::string(file) + " cut at " + std::to_string(cut));
+            auto const result = import_output(std::string_view(text).substr(0, cut), file);
+            if (result.status == model::ParseStatus::failed) {
+                EXPECT_EQ(result.diagnostics.at(0).message, "not an output of a known program");
+                continue;
+            }
+            if (text.rfind("Normal termination", cut) != std::string::npos) {
+                EXPECT_EQ(result.status, model::ParseStatus::complete);
+                continue;
+            }
+            EXPECT_EQ(result.status, model::ParseStatus::partial);
+            EXPECT_EQ(result.diagnostics.back().code, "gaussian.truncated");
+            EXPECT_EQ(result.value.program.termination.kind, TerminationKind::truncated);
+            EXPECT_TRUE(validate_document(result.value).empty());
+        }
+    }
+}
+
+TEST(GaussianOutputs, TextOfNoProgram) {
+    std::string garbage;
+    std::srand(7);
+    for (int i = 0; i < 20000; ++i) {
+        garbage.push_back(static_cast<char>(std::rand() % 256));
+    }
+    auto const unknown = import_output(garbage, "x.log");
+    EXPECT_EQ(unknown.status, model::ParseStatus::failed);
+    EXPECT_EQ(unknown.diagnostics.at(0).code, "qc.import.unknown_program");
+    auto const bannered = import_output(" Entering Gaussian System\n" + garbage, "x.log");
+    EXPECT_EQ(bannered.status, model::ParseStatus::partial);
+    EXPECT_TRUE(validate_document(bannered.value).empty());
+}
+
+}  // namespace
+}  // namespace morv::qc
