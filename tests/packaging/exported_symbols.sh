@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# The dynamic symbol tables of the two libraries hold exactly their public
+# The dynamic symbol tables of the libraries hold exactly their public
 # functions and nothing else.
 set -euo pipefail
 codec=$1
 model=$2
+importer=$3
 
 exported() {
   nm -D --defined-only "$1" | awk '{ print $3 }' | c++filt | sort
@@ -32,6 +33,11 @@ morv::qc::validate_document(morv::qc::Document const&)
 LIST
 )
 
+expected_importer=$(sort <<'LIST'
+morv::qc::import_output(std::basic_string_view<char, std::char_traits<char> >, std::basic_string_view<char, std::char_traits<char> >)
+LIST
+)
+
 status=0
 if ! diff <(echo "$expected_codec") <(exported "$codec"); then
   echo "unexpected exports of $codec" >&2
@@ -39,6 +45,10 @@ if ! diff <(echo "$expected_codec") <(exported "$codec"); then
 fi
 if ! diff <(echo "$expected_model") <(exported "$model"); then
   echo "unexpected exports of $model" >&2
+  status=1
+fi
+if ! diff <(echo "$expected_importer") <(exported "$importer"); then
+  echo "unexpected exports of $importer" >&2
   status=1
 fi
 exit $status
