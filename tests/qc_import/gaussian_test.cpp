@@ -164,6 +164,7 @@ TEST(GaussianOutputs, AnalysesOfAFrequencyJob) {
     EXPECT_EQ(thermo.temperature_kelvin, 298.15);
     EXPECT_EQ(thermo.zero_point_energy, 0.177131);
     EXPECT_EQ(thermo.gibbs_free_energy, -382.164919);
+    ASSERT_EQ(analyses_of<OrbitalSetBlock>(document).size(), 1u);
     auto const& orbitals = *analyses_of<OrbitalSetBlock>(document).front();
     EXPECT_EQ(orbitals.orbitals.size(), 60u);
     EXPECT_EQ(orbitals.orbitals[34].occupation, 2.0);
@@ -208,6 +209,18 @@ TEST(GaussianOutputs, Link1JobsFollowEachOther) {
     EXPECT_TRUE(validate_document(document).empty());
 }
 
+// A job cut short and a whole one after it: the second banner still starts a
+// job of its own.
+TEST(GaussianOutputs, JobAfterACutOne) {
+    auto const first = read_output("water_mp2.log");
+    auto const result = import_output(first.substr(0, 20000) + read_output("dvb_td.out"), "joined.log");
+    EXPECT_EQ(result.status, model::ParseStatus::partial);
+    ASSERT_EQ(result.value.jobs.size(), 2u);
+    EXPECT_EQ(result.value.jobs[0].termination.kind, TerminationKind::truncated);
+    EXPECT_EQ(result.value.jobs[1].termination.kind, TerminationKind::normal);
+    EXPECT_EQ(result.value.systems.size(), 2u);
+}
+
 TEST(GaussianOutputs, ErrorTermination) {
     auto text = read_output("water_mp2.log");
     auto const at = text.find(" Normal termination");
@@ -241,6 +254,7 @@ TEST(GaussianOutputs, EveryPrefixReturns) {
                 continue;
             }
             EXPECT_EQ(result.status, model::ParseStatus::partial);
+            ASSERT_FALSE(result.diagnostics.empty());
             EXPECT_EQ(result.diagnostics.back().code, "gaussian.truncated");
             EXPECT_EQ(result.value.program.termination.kind, TerminationKind::truncated);
             EXPECT_TRUE(validate_document(result.value).empty());

@@ -1,5 +1,7 @@
 #include "gaussian/gaussian_reader.hpp"
 
+#include "gaussian/route.hpp"
+
 #include "framework/document_builder.hpp"
 #include "framework/line_cursor.hpp"
 #include "framework/text.hpp"
@@ -19,14 +21,6 @@ namespace {
 using model::Diagnostic;
 using model::Severity;
 using model::SourceSpan;
-
-std::string upper(std::string_view text) {
-    std::string out(text);
-    for (char& c : out) {
-        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    }
-    return out;
-}
 
 std::string lower(std::string_view text) {
     std::string out(text);
@@ -74,109 +68,6 @@ std::vector<JobRange> split_jobs(LineCursor const& lines) {
         jobs.push_back({0, lines.size()});
     }
     return jobs;
-}
-
-// What the route section asks for.
-struct Route {
-    std::string text;
-    std::string method;
-    std::string basis_set;
-    std::vector<TaskKind> tasks;
-    bool excited_states = false;
-};
-
-// "opt=(calcfc,tight)" -> "opt"; "td(nstates=5)" -> "td".
-std::string keyword_name(std::string_view token) {
-    auto const stop = token.find_first_of("=(");
-    return lower(token.substr(0, stop));
-}
-
-// The method without options in parentheses, which Gaussian writes after
-// some methods ("CIS(50-50,NStates=5)"); "(T)" of CCSD(T) is part of the name.
-std::string method_name(std::string_view text) {
-    auto const open = text.find('(');
-    if (open != std::string_view::npos) {
-        auto const options = text.substr(open);
-        if (contains(options, "=") || contains(options, ",") || contains(options, "-")) {
-            text = text.substr(0, open);
-        }
-    }
-    return upper(text);
-}
-
-Route parse_route(std::string text) {
-    Route route;
-    route.text = std::string(trim(text));
-    auto add_task = [&route](TaskKind task) {
-        if (std::find(route.tasks.begin(), route.tasks.end(), task) == route.tasks.end()) {
-            route.tasks.push_back(task);
-        }
-    };
-    // Blanks inside parentheses belong to one keyword.
-    std::vector<std::string> tokens;
-    std::string token;
-    int depth = 0;
-    for (char c : route.text) {
-        if (c == '(') {
-            ++depth;
-        } else if (c == ')' && depth > 0) {
-            --depth;
-        }
-        if ((c == ' ' || c == '\t') && depth == 0) {
-            if (!token.empty()) {
-                tokens.push_back(std::move(token));
-                token.clear();
-            }
-        } else {
-            token.push_back(c);
-        }
-    }
-    if (!token.empty()) {
-        tokens.push_back(std::move(token));
-    }
-    for (auto& word : tokens) {
-        std::string_view view = word;
-        if (!view.empty() && view.front() == '#') {
-            view.remove_prefix(1);
-            if (!view.empty() && std::string_view("pPnNtT").find(view.front()) != std::string_view::npos &&
-                (view.size() == 1 || view[1] == ' ')) {
-                view.remove_prefix(1);
-            }
-        }
-        if (view.empty()) {
-            continue;
-        }
-        auto const slash = view.find('/');
-        if (slash != std::string_view::npos && route.method.empty() && !contains(view.substr(0, slash), "=")) {
-            route.method = method_name(view.substr(0, slash));
-            route.basis_set = upper(view.substr(slash + 1));
-        }
-        auto const name = keyword_name(view);
-        if (name == "opt") {
-            add_task(TaskKind::optimization);
-        } else if (name == "freq") {
-            add_task(TaskKind::frequency);
-        } else if (name == "td" || name == "tda" || name == "cis" || starts_with(name, "eom") ||
-                   starts_with(name, "cis/") || starts_with(name, "td/")) {
-            add_task(TaskKind::excited_state);
-        } else if (name == "scan") {
-            add_task(TaskKind::scan);
-        } else if (name == "irc") {
-            add_task(TaskKind::irc);
-        } else if (name == "sp") {
-            add_task(TaskKind::single_point);
-        }
-    }
-    auto const method = lower(route.method);
-    if (starts_with(method, "cis") || starts_with(method, "td") || starts_with(method, "eom")) {
-        add_task(TaskKind::excited_state);
-    }
-    route.excited_states =
-        std::find(route.tasks.begin(), route.tasks.end(), TaskKind::excited_state) != route.tasks.end();
-    if (route.tasks.empty()) {
-        route.tasks.push_back(TaskKind::single_point);
-    }
-    return route;
 }
 
 // The value after `key` on a line such as "E2 = -0.37D-01 EUMP2 = -0.75D+02".

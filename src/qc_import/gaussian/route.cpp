@@ -1,0 +1,141 @@
+#include "gaussian/route.hpp"
+
+#include "framework/text.hpp"
+
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+
+namespace morv::qc::import::gaussian {
+
+namespace {
+
+std::string upper(std::string_view text) {
+    std::string out(text);
+    for (char& c : out) {
+        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    }
+    return out;
+}
+
+std::string lower(std::string_view text) {
+    std::string out(text);
+    for (char& c : out) {
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    }
+    return out;
+}
+
+// "opt=(calcfc,tight)" -> "opt"; "td(nstates=5)" -> "td".
+std::string keyword_name(std::string_view token) {
+    auto const stop = token.find_first_of("=(");
+    return lower(token.substr(0, stop));
+}
+
+// The method without options in parentheses, which Gaussian writes after
+// some methods ("CIS(50-50,NStates=5)"); "(T)" of CCSD(T) is part of the name.
+std::string method_name(std::string_view text) {
+    auto const open = text.find('(');
+    if (open != std::string_view::npos) {
+        auto const options = text.substr(open);
+        if (contains(options, "=") || contains(options, ",") || contains(options, "-")) {
+            text = text.substr(0, open);
+        }
+    }
+    return upper(text);
+}
+
+}  // namespace
+
+Route parse_route(std::string text) {
+    Route route;
+    route.text = std::string(trim(text));
+    auto add_task = [&route](TaskKind task) {
+        if (std::find(route.tasks.begin(), route.tasks.end(), task) == route.tasks.end()) {
+            route.tasks.push_back(task);
+        }
+    };
+    // Blanks inside parentheses belong to one keyword.
+    std::vector<std::string> tokens;
+    std::string token;
+    int depth = 0;
+    for (char c : route.text) {
+        if (c == '(') {
+            ++depth;
+        } else if (c == ')' && depth > 0) {
+            --depth;
+        }
+        if ((c == ' ' || c == '\t') && depth == 0) {
+            if (!token.empty()) {
+                tokens.push_back(std::move(token));
+                token.clear();
+            }
+        } else {
+            token.push_back(c);
+        }
+    }
+    if (!token.empty()) {
+        tokens.push_back(std::move(token));
+    }
+    for (auto& word : tokens) {
+        std::string_view view = word;
+        if (!view.empty() && view.front() == '#') {
+            view.remove_prefix(1);
+            if (!view.empty() && std::string_view("pPnNtT").find(view.front()) != std::string_view::npos &&
+                (view.size() == 1 || view[1] == ' ')) {
+                view.remove_prefix(1);
+            }
+        }
+        if (view.empty()) {
+            continue;
+        }
+        // "method/basis", where neither the slash nor an "=" before it is
+        // inside parentheses: "CIS(50-50,NStates=5)/STO-3G" but not
+        // "iop(9/40=2)" nor "geom=a/b".
+        std::size_t slash = std::string_view::npos;
+        bool assigned = false;
+        int level = 0;
+        for (std::size_t i = 0; i < view.size() && slash == std::string_view::npos; ++i) {
+            if (view[i] == '(') {
+                ++level;
+            } else if (view[i] == ')' && level > 0) {
+                --level;
+            } else if (level == 0 && view[i] == '=') {
+                assigned = true;
+            } else if (level == 0 && view[i] == '/') {
+                slash = i;
+            }
+        }
+        if (slash != std::string_view::npos && !assigned && route.method.empty()) {
+            route.method = method_name(view.substr(0, slash));
+            route.basis_set = upper(view.substr(slash + 1));
+        }
+        auto const name = keyword_name(view);
+        if (name == "opt") {
+            add_task(TaskKind::optimization);
+        } else if (name == "freq") {
+            add_task(TaskKind::frequency);
+        } else if (name == "td" || name == "tda" || name == "cis" || starts_with(name, "eom") ||
+                   starts_with(name, "cis/") || starts_with(name, "td/")) {
+            add_task(TaskKind::excited_state);
+        } else if (name == "scan") {
+            add_task(TaskKind::scan);
+        } else if (name == "irc") {
+            add_task(TaskKind::irc);
+        } else if (name == "sp") {
+            add_task(TaskKind::single_point);
+        }
+    }
+    auto const method = lower(route.method);
+    if (starts_with(method, "cis") || starts_with(method, "td") || starts_with(method, "eom")) {
+        add_task(TaskKind::excited_state);
+    }
+    route.excited_states =
+        std::find(route.tasks.begin(), route.tasks.end(), TaskKind::excited_state) != route.tasks.end();
+    if (route.tasks.empty()) {
+        route.tasks.push_back(TaskKind::single_point);
+    }
+    return route;
+}
+
+}  // namespace morv::qc::import::gaussian
