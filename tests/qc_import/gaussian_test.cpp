@@ -153,10 +153,17 @@ TEST(GaussianOutputs, OptimisationSteps) {
     EXPECT_EQ(document.frames.front().positions_angstrom[0].x, 1.205666);
     EXPECT_EQ(document.frames.front().source->begin.line, 410u);
     EXPECT_EQ(document.systems[0].electronic_state->multiplicity, 1u);
+    EXPECT_EQ(document.systems[0].label, "Title Card Required");
+    auto const& scalars = *analyses_of<ScalarPropertyBlock>(document).front();
+    ASSERT_EQ(scalars.properties.size(), 2u);
+    EXPECT_EQ(scalars.properties[1].key, "nuclear_repulsion_energy");
+    EXPECT_EQ(scalars.properties[1].value, 455.3072831857);
+    EXPECT_EQ(spanned(text, *scalars.properties[1].source), "455.3072831857");
 }
 
 TEST(GaussianOutputs, AnalysesOfAFrequencyJob) {
-    auto const document = import_output(read_output("dvb_raman.out"), "dvb_raman.out").value;
+    auto const result = import_output(read_output("dvb_raman.out"), "dvb_raman.out");
+    auto const& document = result.value;
     auto const& mode = analyses_of<VibrationalBlock>(document).front()->modes.back();
     EXPECT_EQ(mode.symmetry, "AG");
     EXPECT_EQ(mode.raman_activity, 137.6843);
@@ -170,6 +177,9 @@ TEST(GaussianOutputs, AnalysesOfAFrequencyJob) {
     EXPECT_EQ(orbitals.orbitals[34].occupation, 2.0);
     EXPECT_EQ(orbitals.orbitals[35].occupation, 0.0);
     EXPECT_EQ(analyses_of<AtomicChargeBlock>(document).front()->records[0].charge, -0.004506);
+    ASSERT_EQ(result.diagnostics.size(), 1u);
+    EXPECT_EQ(result.diagnostics[0].code, "gaussian.warning");
+    EXPECT_EQ(result.diagnostics[0].source->begin.line, 1555u);
 }
 
 TEST(GaussianOutputs, ExcitedStates) {
@@ -218,7 +228,8 @@ TEST(GaussianOutputs, JobAfterACutOne) {
     ASSERT_EQ(result.value.jobs.size(), 2u);
     EXPECT_EQ(result.value.jobs[0].termination.kind, TerminationKind::truncated);
     EXPECT_EQ(result.value.jobs[1].termination.kind, TerminationKind::normal);
-    EXPECT_EQ(result.value.systems.size(), 2u);
+    ASSERT_EQ(result.value.systems.size(), 2u);
+    EXPECT_EQ(result.value.systems[0].label, "Water");
 }
 
 TEST(GaussianOutputs, ErrorTermination) {

@@ -30,7 +30,7 @@ model::SourceId DocumentBuilder::add_source(std::string path, std::uint64_t size
 }
 
 chem::SystemId DocumentBuilder::system_for(std::vector<int> const& atomic_numbers,
-                                           std::optional<chem::ElectronicState> state,
+                                           std::optional<chem::ElectronicState> state, std::string const& label,
                                            std::optional<model::SourceSpan> source) {
     for (auto const& system : document_.systems) {
         if (system.electronic_state != state || system.topology.atoms.size() != atomic_numbers.size()) {
@@ -46,6 +46,7 @@ chem::SystemId DocumentBuilder::system_for(std::vector<int> const& atomic_number
     }
     chem::ChemicalSystem system;
     system.id = chem::SystemId(static_cast<std::uint32_t>(document_.systems.size() + 1));
+    system.label = label;
     for (std::size_t i = 0; i < atomic_numbers.size(); ++i) {
         chem::AtomSite atom;
         atom.id = chem::AtomId(static_cast<std::uint32_t>(i + 1));

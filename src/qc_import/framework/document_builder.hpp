@@ -19,9 +19,10 @@ public:
     model::SourceId add_source(std::string path, std::uint64_t size_bytes);
 
     // The system with these atoms and this state if one exists already, else
-    // a new one: the jobs of one run on one molecule share their system.
+    // a new one with this label: the jobs of one run on one molecule share
+    // their system.
     chem::SystemId system_for(std::vector<int> const& atomic_numbers, std::optional<chem::ElectronicState> state,
-                              std::optional<model::SourceSpan> source);
+                              std::string const& label, std::optional<model::SourceSpan> source);
     chem::FrameId add_frame(chem::SystemId system, std::vector<chem::Vec3> positions_angstrom,
                             std::optional<model::SourceSpan> source);
 

@@ -131,6 +131,7 @@ public:
         while (lines_.index() < range_.end) {
             read_line();
         }
+        read_warnings();
         finish();
         return builder_.job(job_).termination;
     }
@@ -212,10 +213,6 @@ private:
             scalar(text, "<S**2>=", "spin_squared", "<S**2>", "");
         } else if (is_termination(text)) {
             read_termination(text);
-        } else if (route_read_ && (starts_with(text, "Warning") || starts_with(text, "WARNING") ||
-                                   starts_with(text, "*** WARNING"))) {
-            diagnostics_.push_back(
-                {Severity::warning, "gaussian.warning", std::string(text), span_of_line(source_, line())});
         }
         // A reader that read a table leaves the cursor on its last line, or
         // past the job's end when the job ended inside the table.
@@ -235,6 +232,7 @@ private:
         }
         route_ = parse_route(text);
         route_read_ = true;
+        route_line_ = lines_.index();
         auto& job = builder_.job(job_);
         job.keywords = route_.text;
         job.method = route_.method;
@@ -244,6 +242,7 @@ private:
     }
 
     void read_charge(std::string_view text) {
+        read_title();
         auto const values = fields(text);
         if (values.size() >= 6) {
             auto const charge = to_integer(values[2]);
@@ -253,6 +252,28 @@ private:
                 state_ = chem::ElectronicState{static_cast<std::int32_t>(*charge),
                                                static_cast<std::uint32_t>(*multiplicity)};
             }
+        }
+    }
+
+    // The title card, which Gaussian prints between dashes just before the
+    // charge, or before "Symbolic Z-matrix:" when the molecule is given in
+    // the input; its lines are joined with blanks.
+    void read_title() {
+        std::size_t i = lines_.index();
+        if (i > range_.begin && trim(lines_.at(i - 1).text) == "Symbolic Z-matrix:") {
+            --i;
+        }
+        if (i < range_.begin + 2 || !is_dashes(lines_.at(i - 1).text)) {
+            return;
+        }
+        std::string title;
+        for (std::size_t j = i - 1; j-- > range_.begin;) {
+            if (is_dashes(lines_.at(j).text)) {
+                title_ = title;
+                return;
+            }
+            auto const part = trim(lines_.at(j).text);
+            title = title.empty() ? std::string(part) : std::string(part) + " " + title;
         }
     }
 
@@ -294,7 +315,7 @@ private:
         auto const table = span_of_lines(source_, first, line());
         auto& job = builder_.job(job_);
         if (!system_) {
-            system_ = builder_.system_for(numbers, state_, table);
+            system_ = builder_.system_for(numbers, state_, title_, table);
             job.system_id = *system_;
             atom_count_ = numbers.size();
             for (auto const step : job.step_ids) {
@@ -911,6 +932,22 @@ private:
         scalars_ = {};
     }
 
+    // Gaussian's warnings, wherever they stand, tables included. Those before
+    // the route belong to the licence text of the banner.
+    void read_warnings() {
+        if (!route_read_) {
+            return;
+        }
+        for (std::size_t i = route_line_; i < range_.end; ++i) {
+            auto const& current = lines_.at(i);
+            auto const text = trim(current.text);
+            if (starts_with(text, "Warning") || starts_with(text, "WARNING") || starts_with(text, "*** WARNING")) {
+                diagnostics_.push_back({Severity::warning, "gaussian.warning", std::string(text),
+                                        span_of_part(source_, current, text)});
+            }
+        }
+    }
+
     void read_termination(std::string_view text) {
         auto& termination = builder_.job(job_).termination;
         if (starts_with(text, "Normal termination")) {
@@ -942,7 +979,7 @@ private:
         if (!system_) {
             // A job cut before its first geometry still needs a system to
             // name; it has no atoms the output got to.
-            system_ = builder_.system_for({}, state_, std::nullopt);
+            system_ = builder_.system_for({}, state_, title_, std::nullopt);
             job.system_id = *system_;
             for (auto const step : job.step_ids) {
                 builder_.step(step).system_id = *system_;
@@ -963,8 +1000,10 @@ private:
     JobId job_;
     bool use_standard_ = false;
     bool route_read_ = false;
+    std::size_t route_line_ = 0;
     Route route_;
     std::optional<chem::ElectronicState> state_;
+    std::string title_;
     std::optional<chem::SystemId> system_;
     std::size_t atom_count_ = 0;
     std::optional<StepId> step_;
