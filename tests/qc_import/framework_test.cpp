@@ -1,4 +1,5 @@
 #include "framework/line_cursor.hpp"
+#include "framework/superposition.hpp"
 #include "framework/text.hpp"
 
 #include <gtest/gtest.h>
@@ -39,6 +40,26 @@ TEST(Text, NumbersAsProgramsPrintThem) {
     for (auto const& c : cases) {
         EXPECT_EQ(to_double(c.field), c.value) << c.field;
     }
+}
+
+// A quarter turn about z and a shift; a mirror image, which no rotation
+// gives; lists of different lengths.
+TEST(Superposition, RotationBetweenPointSets) {
+    std::vector<chem::Vec3> const from = {{1, 0, 0}, {0, 2, 0}, {0, 0, 3}, {1, 1, 1}};
+    std::vector<chem::Vec3> turned;
+    std::vector<chem::Vec3> mirrored;
+    for (auto const& p : from) {
+        turned.push_back({-p.y + 5, p.x, p.z - 1});
+        mirrored.push_back({p.x, p.y, -p.z});
+    }
+    auto const rotation = rotation_between(from, turned, 1e-9);
+    ASSERT_TRUE(rotation);
+    auto const v = rotate(*rotation, {1, 2, 3});
+    EXPECT_NEAR(v.x, -2, 1e-12);
+    EXPECT_NEAR(v.y, 1, 1e-12);
+    EXPECT_NEAR(v.z, 3, 1e-12);
+    EXPECT_FALSE(rotation_between(from, mirrored, 1e-3));
+    EXPECT_FALSE(rotation_between(from, {from[0]}, 1e-3));
 }
 
 }  // namespace

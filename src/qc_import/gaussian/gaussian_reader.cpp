@@ -4,6 +4,7 @@
 
 #include "framework/document_builder.hpp"
 #include "framework/line_cursor.hpp"
+#include "framework/superposition.hpp"
 #include "framework/text.hpp"
 #include "framework/units.hpp"
 
@@ -159,6 +160,8 @@ private:
             read_charge(text);
         } else if (text == (use_standard_ ? "Standard orientation:" : "Input orientation:")) {
             read_orientation();
+        } else if (text == "Input orientation:") {
+            read_input_orientation();
         } else if (starts_with(text, "SCF Done:")) {
             read_scf(text);
         } else if (contains(text, "EUMP2 =")) {
@@ -277,12 +280,17 @@ private:
         }
     }
 
-    // Header, column names on two lines, dashes, one row for each atom,
-    // dashes. A table cut before its closing dashes is left out.
-    void read_orientation() {
-        Line const first = line();
+    struct Table {
         std::vector<int> numbers;
         std::vector<chem::Vec3> positions;
+        SourceSpan span;
+    };
+
+    // Header, column names on two lines, dashes, one row for each atom,
+    // dashes. A table cut before its closing dashes is left out.
+    std::optional<Table> read_table() {
+        Line const first = line();
+        Table table;
         int dashes = 0;
         while (next()) {
             auto const text = line().text;
@@ -297,22 +305,41 @@ private:
             }
             auto const values = fields(text);
             if (values.size() < 5) {
-                return;
+                return std::nullopt;
             }
             auto const number = to_integer(values[1]);
             auto const x = to_double(values[values.size() - 3]);
             auto const y = to_double(values[values.size() - 2]);
             auto const z = to_double(values[values.size() - 1]);
             if (!number || !x || !y || !z || *number < 0 || *number > 200) {
-                return;
+                return std::nullopt;
             }
-            numbers.push_back(static_cast<int>(*number));
-            positions.push_back({*x, *y, *z});
+            table.numbers.push_back(static_cast<int>(*number));
+            table.positions.push_back({*x, *y, *z});
         }
-        if (dashes != 3 || numbers.empty()) {
+        if (dashes != 3 || table.numbers.empty()) {
+            return std::nullopt;
+        }
+        table.span = span_of_lines(source_, first, line());
+        return table;
+    }
+
+    // Kept to carry the forces, which Gaussian prints in these axes, over to
+    // the standard orientation of the step's frame.
+    void read_input_orientation() {
+        if (auto table = read_table()) {
+            input_positions_ = std::move(table->positions);
+        }
+    }
+
+    void read_orientation() {
+        auto read = read_table();
+        if (!read) {
             return;
         }
-        auto const table = span_of_lines(source_, first, line());
+        auto& numbers = read->numbers;
+        auto& positions = read->positions;
+        auto const table = read->span;
         auto& job = builder_.job(job_);
         if (!system_) {
             system_ = builder_.system_for(numbers, state_, title_, table);
@@ -336,6 +363,8 @@ private:
         close_step();
         auto const frame = builder_.add_frame(*system_, std::move(positions), table);
         step_ = builder_.add_step(job_, frame, table);
+        step_input_positions_ = std::move(input_positions_);
+        input_positions_.clear();
     }
 
     StepId current_step() {
@@ -520,12 +549,38 @@ private:
             return;
         }
         auto const where = span_of_lines(source_, first, line());
+        if (use_standard_ && !to_standard_axes(gradient, where)) {
+            return;
+        }
         auto& step = builder_.step(current_step());
         GradientRecord record;
         record.vectors = std::move(gradient);
         record.source = where;
         step.gradient = std::move(record);
         extend_step(where);
+    }
+
+    // Gaussian prints the forces in the input orientation ("Axes restored to
+    // original set"); the frames are in the standard one. The rotation
+    // between the step's two printed geometries carries them over.
+    bool to_standard_axes(std::vector<chem::Vec3>& vectors, SourceSpan const& where) {
+        std::optional<Rotation> rotation;
+        if (step_ && builder_.step(*step_).frame_id) {
+            auto const& frame = builder_.document().frames.at(builder_.step(*step_).frame_id->value - 1);
+            // Coordinates are printed to 1e-6 angstrom.
+            rotation = rotation_between(step_input_positions_, frame.positions_angstrom, 1e-4);
+        }
+        if (!rotation) {
+            diagnostics_.push_back({Severity::warning, "gaussian.gradient_axes",
+                                    "forces left out: no rotation carries the input orientation onto the "
+                                    "standard orientation of their step",
+                                    where});
+            return false;
+        }
+        for (auto& v : vectors) {
+            v = rotate(*rotation, v);
+        }
+        return true;
     }
 
     // "Cartesian Forces:  Max     0.050454775 RMS     0.015077523", the
@@ -1007,6 +1062,8 @@ private:
     std::optional<chem::SystemId> system_;
     std::size_t atom_count_ = 0;
     std::optional<StepId> step_;
+    std::vector<chem::Vec3> input_positions_;
+    std::vector<chem::Vec3> step_input_positions_;
     ScalarPropertyBlock scalars_;
     std::optional<ExcitedStateBlock> excited_;
     SourceSpan excited_span_;
