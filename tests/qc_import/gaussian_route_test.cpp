@@ -23,7 +23,10 @@ TEST(GaussianRoute, MethodBasisAndTasks) {
          {TaskKind::optimization, TaskKind::frequency}},
         {"#n opt Opt=MaxCycle=5 hf/3-21g", "HF", "3-21G", {TaskKind::optimization}},
         {"#p irc=(calcfc) b3lyp/6-31g", "B3LYP", "6-31G", {TaskKind::irc}},
-        {"#p am1 scan", "", "", {TaskKind::scan}},
+        {"#p am1 scan", "AM1", "", {TaskKind::scan}},
+        {"#p EOMCCSD=(nstates=10, root=1, Singlets, Triplets) STO-3G SCF=(DIIS)", "EOMCCSD", "STO-3G",
+         {TaskKind::excited_state}},
+        {"#p SP HF/STO-3G SCF=(DIIS) SCRF=(CPCM, Solvent=Toluene)", "HF", "STO-3G", {TaskKind::single_point}},
     };
     for (auto const& c : cases) {
         auto const route = parse_route(c.route);

@@ -46,6 +46,8 @@ std::vector<Payload const*> analyses_of(Document const& document) {
 
 struct Expected {
     char const* file;
+    char const* version;
+    char const* input;
     std::size_t atoms;
     std::size_t steps;
     char const* method;
@@ -60,13 +62,16 @@ struct Expected {
 };
 
 constexpr Expected outputs[] = {
-    {"dvb_gopt.out", 20, 5, "B3LYP", TaskKind::optimization, -382.308266602, "SCF Done", 2785, 0, 0, 0, 0},
-    {"dvb_ir.out", 20, 1, "B3LYP", TaskKind::frequency, -382.308266602, "SCF Done", 0, 54, 53.1981, 3548.3320, 0},
-    {"dvb_raman.out", 20, 1, "RB3LYP", TaskKind::frequency, -382.308266561, "SCF Done", 0, 54, 53.1117, 3548.4260,
+    {"dvb_gopt.out", "16 Revision A.03", "", 20, 5, "B3LYP", TaskKind::optimization, -382.308266602, "SCF Done", 2785, 0, 0, 0, 0},
+    {"dvb_ir.out", "16 Revision A.03", "", 20, 1, "B3LYP", TaskKind::frequency, -382.308266602, "SCF Done", 0, 54, 53.1981, 3548.3320, 0},
+    {"dvb_raman.out", "16 Revision A.03", "", 20, 1, "RB3LYP", TaskKind::frequency, -382.308266561, "SCF Done", 0, 54, 53.1117, 3548.4260,
      0},
-    {"dvb_td.out", 20, 1, "B3LYP", TaskKind::excited_state, -382.112205281, "E(TD-HF/TD-DFT)", 655, 0, 0, 0, 5},
-    {"water_mp2.log", 3, 1, "MP2", TaskKind::single_point, -75.002282127454, "EUMP2", 342, 0, 0, 0, 0},
-    {"water_ccsdt.log", 3, 1, "CCSD(T)", TaskKind::single_point, -75.017760422, "CCSD(T)", 437, 0, 0, 0, 0},
+    {"dvb_td.out", "16 Revision A.03", "", 20, 1, "B3LYP", TaskKind::excited_state, -382.112205281, "E(TD-HF/TD-DFT)", 655, 0, 0, 0, 5},
+    {"water_mp2.log", "16 Revision A.03", "", 3, 1, "MP2", TaskKind::single_point, -75.002282127454, "EUMP2", 342, 0, 0, 0, 0},
+    {"water_ccsdt.log", "16 Revision A.03", "", 3, 1, "CCSD(T)", TaskKind::single_point, -75.017760422, "CCSD(T)",
+     437, 0, 0, 0, 0},
+    {"water_hf_solvent_cpcm.log", "16 Revision C.01", "water.com", 3, 1, "HF", TaskKind::single_point,
+     -74.9667426458, "SCF Done", 348, 0, 0, 0, 0},
 };
 
 TEST(GaussianOutputs, ReadAsPrinted) {
@@ -77,9 +82,11 @@ TEST(GaussianOutputs, ReadAsPrinted) {
         auto const& document = result.value;
         EXPECT_EQ(result.status, model::ParseStatus::complete);
         EXPECT_EQ(document.program.kind, ProgramKind::gaussian);
-        EXPECT_EQ(document.program.version, "16 Revision A.03");
+        EXPECT_EQ(document.program.version, expected.version);
+        EXPECT_EQ(document.program.input_file_name, expected.input);
         EXPECT_EQ(document.program.termination.kind, TerminationKind::normal);
-        ASSERT_EQ(document.sources.size(), 1u);
+        // The input, where Gaussian names it, is the second source.
+        ASSERT_EQ(document.sources.size(), *expected.input == '\0' ? 1u : 2u);
         EXPECT_EQ(document.sources[0].path, expected.file);
         EXPECT_EQ(document.sources[0].size_bytes, text.size());
         ASSERT_EQ(document.jobs.size(), 1u);
@@ -132,6 +139,12 @@ TEST(GaussianOutputs, SpansCoverThePrintedText) {
         EXPECT_EQ(spanned(text, *document.program.termination.source).substr(0, 30),
                   "Normal termination of Gaussian");
     }
+}
+
+// Gaussian breaks a long route over lines anywhere, inside a word too.
+TEST(GaussianOutputs, RouteOverTwoLines) {
+    auto const document = import_output(read_output("water_hf_solvent_cpcm.log"), "water.log").value;
+    EXPECT_EQ(document.jobs[0].keywords, "#p SP HF/STO-3G SCF=(DIIS) Symmetry=(Tight) SCRF=(CPCM, Solvent=Toluene)");
 }
 
 TEST(GaussianOutputs, OptimisationSteps) {

@@ -20,7 +20,12 @@ std::string_view element_symbol(int atomic_number) {
     return symbols[static_cast<std::size_t>(atomic_number)];
 }
 
-model::SourceId DocumentBuilder::add_source(std::string path, std::uint64_t size_bytes) {
+model::SourceId DocumentBuilder::source_for(std::string path, std::optional<std::uint64_t> size_bytes) {
+    for (auto const& known : document_.sources) {
+        if (known.path == path) {
+            return known.id;
+        }
+    }
     model::SourceFile file;
     file.id = model::SourceId(static_cast<std::uint32_t>(document_.sources.size() + 1));
     file.path = std::move(path);

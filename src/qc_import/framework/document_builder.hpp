@@ -16,7 +16,8 @@ std::string_view element_symbol(int atomic_number);
 
 class DocumentBuilder {
 public:
-    model::SourceId add_source(std::string path, std::uint64_t size_bytes);
+    // The source of this path if there is one already, else a new one.
+    model::SourceId source_for(std::string path, std::optional<std::uint64_t> size_bytes);
 
     // The system with these atoms and this state if one exists already, else
     // a new one with this label: the jobs of one run on one molecule share

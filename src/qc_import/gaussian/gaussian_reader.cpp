@@ -154,7 +154,9 @@ private:
 
     void read_line() {
         auto const text = trim(line().text);
-        if (!route_read_ && starts_with(text, "#")) {
+        if (!route_read_ && starts_with(text, "Input=")) {
+            read_input_name(text.substr(6));
+        } else if (!route_read_ && starts_with(text, "#")) {
             read_route();
         } else if (starts_with(text, "Charge =") && !state_) {
             read_charge(text);
@@ -221,6 +223,22 @@ private:
         // past the job's end when the job ended inside the table.
         if (lines_.index() < range_.end) {
             lines_.advance();
+        }
+    }
+
+    // "Input=/path/water.com", which Gaussian writes when it was given the
+    // input's name: the input becomes a source of the document, and its
+    // name the program's input file name.
+    void read_input_name(std::string_view path) {
+        path = trim(path);
+        if (path.empty()) {
+            return;
+        }
+        builder_.source_for(std::string(path), std::nullopt);
+        auto& program = builder_.document().program;
+        if (program.input_file_name.empty()) {
+            auto const slash = path.find_last_of('/');
+            program.input_file_name = std::string(slash == std::string_view::npos ? path : path.substr(slash + 1));
         }
     }
 
@@ -1101,7 +1119,7 @@ bool recognises(std::string_view text) {
 model::ParseResult<Document> read(std::string_view text, std::string_view file_name) {
     model::ParseResult<Document> result;
     DocumentBuilder builder;
-    auto const source = builder.add_source(std::string(file_name), text.size());
+    auto const source = builder.source_for(std::string(file_name), text.size());
     LineCursor lines(text);
 
     auto& program = builder.document().program;

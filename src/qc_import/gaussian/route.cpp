@@ -3,6 +3,7 @@
 #include "framework/text.hpp"
 
 #include <algorithm>
+#include <initializer_list>
 #include <cctype>
 #include <string_view>
 
@@ -43,6 +44,34 @@ std::string method_name(std::string_view text) {
         }
     }
     return upper(text);
+}
+
+bool starts_with_any(std::string const& name, std::initializer_list<char const*> prefixes) {
+    for (auto const* prefix : prefixes) {
+        if (starts_with(name, prefix)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// The families of methods and basis sets that a route names most often; a
+// route naming others through "method/basis" needs no list.
+bool is_method(std::string const& name) {
+    static constexpr std::initializer_list<char const*> exact = {"hf", "rhf", "uhf", "rohf", "am1", "pm3", "pm6",
+                                                                 "pm7", "cis", "cisd", "qcisd", "ccd", "ccsd",
+                                                                 "ccsd(t)", "qcisd(t)", "bd", "mp2", "mp3", "mp4",
+                                                                 "mp5"};
+    for (auto const* known : exact) {
+        if (name == known) {
+            return true;
+        }
+    }
+    return starts_with_any(name, {"eom", "b3", "pbe", "wb97", "cam-", "m06", "bp86", "blyp", "tpss", "b2plyp"});
+}
+
+bool is_basis_set(std::string const& name) {
+    return starts_with_any(name, {"sto-", "3-21", "6-31", "cc-p", "aug-cc", "def2", "lanl", "sdd", "gen"});
 }
 
 }  // namespace
@@ -124,6 +153,18 @@ Route parse_route(std::string text) {
             add_task(TaskKind::irc);
         } else if (name == "sp") {
             add_task(TaskKind::single_point);
+        }
+    }
+    // Without "method/basis" the two stand as keywords of their own
+    // ("EOMCCSD=(NStates=10) STO-3G").
+    if (route.method.empty()) {
+        for (auto const& word : tokens) {
+            auto const name = keyword_name(word);
+            if (route.method.empty() && is_method(name)) {
+                route.method = upper(name);
+            } else if (route.basis_set.empty() && is_basis_set(name)) {
+                route.basis_set = upper(word);
+            }
         }
     }
     auto const method = lower(route.method);
