@@ -288,7 +288,10 @@ private:
             return;
         }
         std::string title;
-        for (std::size_t j = i - 1; j-- > range_.begin;) {
+        // A title runs to a few lines; the bound keeps a text of many charge
+        // lines linear.
+        std::size_t const stop = i > range_.begin + 12 ? i - 12 : range_.begin;
+        for (std::size_t j = i - 1; j-- > stop;) {
             if (is_dashes(lines_.at(j).text)) {
                 title_ = title;
                 return;
@@ -663,12 +666,13 @@ private:
         std::size_t const start = lines_.index();
         // Look for the three-column table's first "Frequencies --".
         std::size_t i = start + 1;
+        // The next header, if it comes first, is read on its own.
         for (; i < range_.end; ++i) {
             auto const text = trim(lines_.at(i).text);
             if (starts_with(text, "Frequencies --") && !starts_with(text, "Frequencies ---")) {
                 break;
             }
-            if (starts_with(text, "- Thermochemistry -")) {
+            if (starts_with(text, "- Thermochemistry -") || starts_with(text, "Harmonic frequencies")) {
                 return;
             }
         }
@@ -1032,7 +1036,8 @@ private:
         termination.kind = TerminationKind::error;
         // Gaussian writes why it stopped on the line before this one.
         Line reason_line = line();
-        for (std::size_t i = lines_.index(); i > range_.begin; --i) {
+        std::size_t const stop = lines_.index() > range_.begin + 12 ? lines_.index() - 12 : range_.begin;
+        for (std::size_t i = lines_.index(); i > stop; --i) {
             auto const previous = trim(lines_.at(i - 1).text);
             if (!previous.empty()) {
                 reason_line = lines_.at(i - 1);
