@@ -212,6 +212,39 @@ TEST(GaussianOutputs, ExcitedStates) {
     EXPECT_TRUE(state.contributions[8].reverse);
 }
 
+// Eigenvalues fill ten columns each and run together when a value needs them
+// all; an unrestricted run prints the beta orbitals after the alpha ones.
+TEST(GaussianOutputs, UnrestrictedOrbitalsAndSpinDensities) {
+    auto const result = import_output(" Entering Gaussian System, Link 0=g16\n"
+                                      " ------------\n"
+                                      " #p ub3lyp/sto-3g\n"
+                                      " ------------\n"
+                                      " Alpha  occ. eigenvalues -- -100.12345-100.54321 -10.12345\n"
+                                      " Alpha virt. eigenvalues --    0.50000\n"
+                                      "  Beta  occ. eigenvalues -- -100.00001\n"
+                                      "  Beta virt. eigenvalues --    0.10000   0.20000\n"
+                                      " Mulliken charges and spin densities:\n"
+                                      "               1          2\n"
+                                      "     1  O   -0.100000   1.000000\n"
+                                      " Sum of Mulliken charges =  -0.10000   1.00000\n"
+                                      " Normal termination of Gaussian 16\n",
+                                      "u.log");
+    EXPECT_EQ(result.status, model::ParseStatus::complete);
+    auto const sets = analyses_of<OrbitalSetBlock>(result.value);
+    ASSERT_EQ(sets.size(), 2u);
+    EXPECT_EQ(sets[0]->spin, SpinChannel::alpha);
+    ASSERT_EQ(sets[0]->orbitals.size(), 4u);
+    EXPECT_EQ(sets[0]->orbitals[1].energy, -100.54321);
+    EXPECT_EQ(sets[0]->orbitals[2].occupation, 1.0);
+    EXPECT_EQ(sets[0]->orbitals[3].occupation, 0.0);
+    EXPECT_EQ(sets[1]->spin, SpinChannel::beta);
+    EXPECT_EQ(sets[1]->orbitals.size(), 3u);
+    auto const& charges = analyses_of<AtomicChargeBlock>(result.value).front()->records;
+    ASSERT_EQ(charges.size(), 1u);
+    EXPECT_EQ(charges[0].spin_population, 1.0);
+    EXPECT_TRUE(validate_document(result.value).empty());
+}
+
 // The records of an import name only records of the document, and the codec
 // gives back the document it wrote.
 TEST(GaussianOutputs, ValidAndRoundTrip) {

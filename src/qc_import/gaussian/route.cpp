@@ -34,7 +34,7 @@ std::string keyword_name(std::string_view token) {
 }
 
 // The method without options in parentheses, which Gaussian writes after
-// some methods ("CIS(50-50,NStates=5)"); "(T)" of CCSD(T) is part of the name.
+// some methods ("CIS(50-50,NStates=5)"); "(T)" of CCSD(T) belongs to the name.
 std::string method_name(std::string_view text) {
     auto const open = text.find('(');
     if (open != std::string_view::npos) {
