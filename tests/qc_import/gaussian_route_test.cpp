@@ -23,6 +23,7 @@ TEST(GaussianRoute, MethodBasisAndTasks) {
          {TaskKind::optimization, TaskKind::frequency}},
         {"#n opt Opt=MaxCycle=5 hf/3-21g", "HF", "3-21G", {TaskKind::optimization}},
         {"#p irc=(calcfc) b3lyp/6-31g", "B3LYP", "6-31G", {TaskKind::irc}},
+        {"#p CISD/STO-3G", "CISD", "STO-3G", {TaskKind::single_point}},
         {"#p am1 scan", "AM1", "", {TaskKind::scan}},
         {"#p EOMCCSD=(nstates=10, root=1, Singlets, Triplets) STO-3G SCF=(DIIS)", "EOMCCSD", "STO-3G",
          {TaskKind::excited_state}},

@@ -168,11 +168,11 @@ Route parse_route(std::string text) {
         }
     }
     auto const method = lower(route.method);
-    if (starts_with(method, "cis") || starts_with(method, "td") || starts_with(method, "eom")) {
+    // CISD and QCISD are ground-state methods; CIS, TD and EOM reach excited
+    // states.
+    if (method == "cis" || starts_with(method, "td") || starts_with(method, "eom")) {
         add_task(TaskKind::excited_state);
     }
-    route.excited_states =
-        std::find(route.tasks.begin(), route.tasks.end(), TaskKind::excited_state) != route.tasks.end();
     if (route.tasks.empty()) {
         route.tasks.push_back(TaskKind::single_point);
     }

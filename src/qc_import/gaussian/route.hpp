@@ -14,7 +14,6 @@ struct Route {
     std::string method;
     std::string basis_set;
     std::vector<TaskKind> tasks;
-    bool excited_states = false;
 };
 
 // `text` is the route as printed, its lines joined.
