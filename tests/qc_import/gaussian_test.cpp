@@ -167,6 +167,8 @@ TEST(GaussianOutputs, OptimisationSteps) {
     EXPECT_EQ(first.convergence->criteria[0].threshold, 0.000450);
     EXPECT_EQ(first.convergence->criteria[3].value, 0.138777);
     EXPECT_EQ(document.steps.back().convergence->status, ConvergenceStatus::converged);
+    EXPECT_EQ(first.native_cycle, 1);
+    EXPECT_EQ(document.steps.back().native_cycle, 5);
     EXPECT_EQ(document.frames.front().positions_angstrom[0].x, 1.205666);
     EXPECT_EQ(document.frames.front().source->begin.line, 410u);
     EXPECT_EQ(document.systems[0].electronic_state->multiplicity, 1u);
@@ -243,6 +245,19 @@ TEST(GaussianOutputs, UnrestrictedOrbitalsAndSpinDensities) {
     ASSERT_EQ(charges.size(), 1u);
     EXPECT_EQ(charges[0].spin_population, 1.0);
     EXPECT_TRUE(validate_document(result.value).empty());
+}
+
+// A relaxed scan is an optimisation whose route does not say that it scans.
+TEST(GaussianOutputs, RelaxedScanFromItsSteps) {
+    auto const result = import_output(" Entering Gaussian System, Link 0=g16\n"
+                                      " #p b3lyp/sto-3g opt=modredundant\n"
+                                      " ------------\n"
+                                      " Step number   3 out of a maximum of  100 on scan point     1 out of    13\n"
+                                      " Normal termination of Gaussian 16\n",
+                                      "scan.log");
+    ASSERT_EQ(result.value.jobs.size(), 1u);
+    EXPECT_EQ(result.value.jobs[0].tasks, (std::vector<TaskKind>{TaskKind::optimization, TaskKind::scan}));
+    EXPECT_EQ(result.value.steps.at(0).native_cycle, 3);
 }
 
 // The records of an import name only records of the document, and the codec

@@ -193,6 +193,8 @@ private:
             read_forces();
         } else if (starts_with(text, "Cartesian Forces:")) {
             read_force_summary(text);
+        } else if (starts_with(text, "Step number")) {
+            read_step_number(text);
         } else if (starts_with(text, "Item") && contains(text, "Converged?")) {
             read_convergence();
         } else if (starts_with(text, "Harmonic frequencies")) {
@@ -616,6 +618,25 @@ private:
         }
         if (auto const rms = value_after(text, "RMS")) {
             gradient.rms = rms->value;
+        }
+    }
+
+    // "Step number   2 out of a maximum of  100 [on scan point 2 out of 13]":
+    // the optimiser's own count, and a relaxed scan where the route alone
+    // does not tell one.
+    void read_step_number(std::string_view text) {
+        auto const values = fields(text);
+        if (values.size() < 3) {
+            return;
+        }
+        if (auto const number = to_integer(values[2]); number && *number >= 0 && *number < 100000000) {
+            builder_.step(current_step()).native_cycle = static_cast<std::int32_t>(*number);
+        }
+        if (contains(text, "on scan point")) {
+            auto& tasks = builder_.job(job_).tasks;
+            if (std::find(tasks.begin(), tasks.end(), TaskKind::scan) == tasks.end()) {
+                tasks.push_back(TaskKind::scan);
+            }
         }
     }
 
