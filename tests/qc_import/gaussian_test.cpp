@@ -314,6 +314,7 @@ TEST(GaussianOutputs, ErrorTermination) {
 TEST(GaussianOutputs, EveryPrefixReturns) {
     for (char const* file : {"dvb_gopt.out", "dvb_td.out", "dvb_raman.out"}) {
         auto const text = read_output(file);
+        auto const whole = import_output(text, file).value;
         std::vector<std::size_t> cuts = {0, 1, 17, 333, 5000, text.size() - 200, text.size() - 1};
         for (std::size_t cut = 4096; cut < text.size(); cut += 4096) {
             cuts.push_back(cut);
@@ -334,6 +335,12 @@ TEST(GaussianOutputs, EveryPrefixReturns) {
             EXPECT_EQ(result.diagnostics.back().code, "gaussian.truncated");
             EXPECT_EQ(result.value.program.termination.kind, TerminationKind::truncated);
             EXPECT_TRUE(validate_document(result.value).empty());
+            // What was read before the cut is what the whole output gives.
+            auto const& frames = result.value.frames;
+            ASSERT_LE(frames.size(), whole.frames.size());
+            for (std::size_t i = 0; i < frames.size(); ++i) {
+                EXPECT_EQ(frames[i].positions_angstrom, whole.frames[i].positions_angstrom);
+            }
         }
     }
 }

@@ -121,13 +121,19 @@ public:
         CalculationJob job;
         job.source = span_of_lines(source_, lines_.at(range_.begin), lines_.at(range_.end - 1));
         job_ = builder_.add_job(std::move(job));
-        use_standard_ = false;
+        // The frames are in the standard orientation, which Gaussian prints
+        // unless told to keep the input's axes. A job cut before its first
+        // standard orientation is read as though it would come, unless the
+        // route turns symmetry off, so that a cut output keeps the frames
+        // of the whole one.
+        bool standard = false;
+        terminated_ = false;
         for (std::size_t i = range_.begin; i < range_.end; ++i) {
-            if (trim(lines_.at(i).text) == "Standard orientation:") {
-                use_standard_ = true;
-                break;
-            }
+            auto const text = trim(lines_.at(i).text);
+            standard = standard || text == "Standard orientation:";
+            terminated_ = terminated_ || is_termination(text);
         }
+        use_standard_ = standard || !terminated_;
         lines_.seek(range_.begin);
         while (lines_.index() < range_.end) {
             read_line();
@@ -255,6 +261,9 @@ private:
         }
         route_ = parse_route(text);
         route_read_ = true;
+        if (!terminated_ && (contains(lower(text), "nosym") || contains(lower(text), "symmetry=none"))) {
+            use_standard_ = false;
+        }
         route_line_ = lines_.index();
         auto& job = builder_.job(job_);
         job.keywords = route_.text;
@@ -1098,6 +1107,7 @@ private:
 
     JobId job_;
     bool use_standard_ = false;
+    bool terminated_ = false;
     bool route_read_ = false;
     std::size_t route_line_ = 0;
     Route route_;
