@@ -203,7 +203,9 @@ TEST(GaussianOutputs, AnalysesOfAFrequencyJob) {
 
 TEST(GaussianOutputs, ExcitedStates) {
     auto const document = import_output(read_output("dvb_td.out"), "dvb_td.out").value;
-    auto const& state = analyses_of<ExcitedStateBlock>(document).front()->states.front();
+    auto const& block = *analyses_of<ExcitedStateBlock>(document).front();
+    EXPECT_EQ(block.method, "TD-HF/TD-DFT");
+    auto const& state = block.states.front();
     EXPECT_EQ(state.multiplicity, 1);
     EXPECT_EQ(state.symmetry, "BU");
     EXPECT_EQ(state.excitation_energy, 5.3351 / 27.211386245988);

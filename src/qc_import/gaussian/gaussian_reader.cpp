@@ -116,8 +116,7 @@ public:
               std::vector<Diagnostic>& diagnostics)
         : builder_(builder), source_(source), lines_(lines), range_(range), diagnostics_(diagnostics) {}
 
-    // Returns the job's termination.
-    Termination read() {
+    void read() {
         CalculationJob job;
         job.source = span_of_lines(source_, lines_.at(range_.begin), lines_.at(range_.end - 1));
         job_ = builder_.add_job(std::move(job));
@@ -140,7 +139,6 @@ public:
         }
         read_warnings();
         finish();
-        return builder_.job(job_).termination;
     }
 
 private:
@@ -186,11 +184,15 @@ private:
         } else if (starts_with(text, "DEMP5 =")) {
             energy(text, " MP5 =", EnergyKind::correlated, "MP5", "MP5");
         } else if (starts_with(text, "Wavefunction amplitudes converged. E(Corr)=")) {
+            // The same line ends CCD, CCSD and QCISD, and the (T) step of
+            // CCSD(T) and QCISD(T) follows it.
             auto const method = lower(route_.method);
-            energy(text, "E(Corr)=", EnergyKind::correlated, method == "ccd" ? "CCD" : "CCSD",
-                   method == "ccd" ? "CCD" : "CCSD");
+            std::string const name = starts_with(method, "qcisd") ? "QCISD" : method == "ccd" ? "CCD" : "CCSD";
+            energy(text, "E(Corr)=", EnergyKind::correlated, name, name);
         } else if (starts_with(text, "CCSD(T)=")) {
             energy(text, "CCSD(T)=", EnergyKind::correlated, "CCSD(T)", "CCSD(T)");
+        } else if (starts_with(text, "QCISD(T)=")) {
+            energy(text, "QCISD(T)=", EnergyKind::correlated, "QCISD(T)", "QCISD(T)");
         } else if (starts_with(text, "Total Energy, E(")) {
             read_excited_total(text);
         } else if (starts_with(text, "Excited State ")) {
@@ -452,8 +454,14 @@ private:
         }
         std::string const method(text.substr(open + 2, close - open - 2));
         add_energy(EnergyKind::excited_state_total, "E(" + method + ")", method, found->value, span(found->field));
+        // The label names the method of the states above it more exactly
+        // than the route does ("CIS/TDA" for the guess of an EOM-CCSD job).
         if (excited_ && !excited_->states.empty()) {
             excited_->states.back().total_energy = found->value;
+            excited_->method = method;
+            for (auto& state : excited_->states) {
+                state.method = method;
+            }
         }
     }
 
@@ -520,6 +528,11 @@ private:
             state.contributions.push_back(std::move(contribution));
         }
         state.source = span_of_lines(source_, first, last);
+        // Numbering starts again with each set of states: the guess of an
+        // EOM-CCSD job and its results, say.
+        if (excited_ && !excited_->states.empty() && excited_->states.back().index >= state.index) {
+            close_excited();
+        }
         if (!excited_) {
             excited_.emplace();
             excited_->method = state.method;
@@ -535,6 +548,9 @@ private:
         auto const method = lower(route_.method);
         if (starts_with(method, "cis")) {
             return "CIS";
+        }
+        if (starts_with(method, "eom")) {
+            return route_.method;
         }
         if (contains(lower(route_.text), "tda")) {
             return "TDA";
@@ -1164,13 +1180,11 @@ model::ParseResult<Document> read(std::string_view text, std::string_view file_n
     program.version = read_version(lines);
     builder.document().normalization.profile = ResultProfile::standard;
 
-    Termination last;
     for (auto const range : split_jobs(lines)) {
         if (range.end <= range.begin) {
             continue;
         }
-        JobReader reader(builder, source, lines, range, result.diagnostics);
-        last = reader.read();
+        JobReader(builder, source, lines, range, result.diagnostics).read();
     }
 
     result.status = model::ParseStatus::complete;
