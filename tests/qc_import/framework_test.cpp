@@ -1,3 +1,4 @@
+#include "framework/document_builder.hpp"
 #include "framework/line_cursor.hpp"
 #include "framework/superposition.hpp"
 #include "framework/text.hpp"
@@ -60,6 +61,34 @@ TEST(Superposition, RotationBetweenPointSets) {
     EXPECT_NEAR(v.z, 3, 1e-12);
     EXPECT_FALSE(rotation_between(from, mirrored, 1e-3));
     EXPECT_FALSE(rotation_between(from, {from[0]}, 1e-3));
+}
+
+// Ids count from 1 per kind, energies across the whole document; a step takes
+// its job's system; a label printed again in a step replaces its value.
+TEST(DocumentBuilder, IdsAndReferences) {
+    DocumentBuilder builder;
+    auto const water = builder.system_for({8, 1, 1}, chem::ElectronicState{0, 1}, "water", std::nullopt);
+    EXPECT_EQ(builder.system_for({8, 1, 1}, chem::ElectronicState{0, 1}, "again", std::nullopt), water);
+    EXPECT_NE(builder.system_for({8, 1, 1}, chem::ElectronicState{1, 2}, "cation", std::nullopt), water);
+    CalculationJob job;
+    job.system_id = water;
+    auto const first = builder.add_job(job);
+    auto const second = builder.add_job(job);
+    EXPECT_EQ(builder.job(second).parent_job_id, first);
+    auto const a = builder.add_step(first, std::nullopt, std::nullopt);
+    auto const b = builder.add_step(second, std::nullopt, std::nullopt);
+    builder.add_energy(a, EnergyKind::scf, "SCF Done", "RHF", -1.0, std::nullopt);
+    builder.add_energy(b, EnergyKind::scf, "SCF Done", "RHF", -2.0, std::nullopt);
+    builder.add_energy(b, EnergyKind::correlated, "EUMP2", "MP2", -3.0, std::nullopt);
+    builder.add_energy(b, EnergyKind::scf, "SCF Done", "RHF", -4.0, std::nullopt);
+    auto const& step = builder.step(b);
+    EXPECT_EQ(step.ordinal, 1u);
+    EXPECT_EQ(step.system_id, water);
+    ASSERT_EQ(step.energies.size(), 2u);
+    EXPECT_EQ(step.energies[0].id, EnergyId(2));
+    EXPECT_EQ(step.energies[0].value, -4.0);
+    EXPECT_EQ(step.primary_energy_id, EnergyId(2));
+    EXPECT_EQ(builder.document().systems[0].topology.atoms[1].symbol, "H");
 }
 
 }  // namespace
