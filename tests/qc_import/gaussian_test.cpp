@@ -173,6 +173,7 @@ TEST(GaussianOutputs, OptimisationSteps) {
     EXPECT_EQ(document.frames.front().source->begin.line, 410u);
     EXPECT_EQ(document.systems[0].electronic_state->multiplicity, 1u);
     EXPECT_EQ(document.systems[0].label, "Title Card Required");
+    EXPECT_EQ(document.sources[0].sha256, "f4e280b32b0d9f25ac7a21cfe47e810fe5cecb8b669e8d9751329a0ffded260d");
     auto const& scalars = *analyses_of<ScalarPropertyBlock>(document).front();
     ASSERT_EQ(scalars.properties.size(), 2u);
     EXPECT_EQ(scalars.properties[1].key, "nuclear_repulsion_energy");

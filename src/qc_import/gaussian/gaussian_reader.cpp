@@ -4,6 +4,7 @@
 
 #include "framework/document_builder.hpp"
 #include "framework/line_cursor.hpp"
+#include "framework/sha256.hpp"
 #include "framework/superposition.hpp"
 #include "framework/text.hpp"
 #include "framework/units.hpp"
@@ -1172,6 +1173,7 @@ model::ParseResult<Document> read(std::string_view text, std::string_view file_n
     model::ParseResult<Document> result;
     DocumentBuilder builder;
     auto const source = builder.source_for(std::string(file_name), text.size());
+    builder.document().sources.back().sha256 = sha256_hex(text);
     LineCursor lines(text);
 
     auto& program = builder.document().program;
