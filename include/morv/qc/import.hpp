@@ -16,6 +16,12 @@ namespace morv::qc {
 // program is `failed` with the error "not an output of a known program"; an
 // output that stops early is `partial`, with everything before the cut kept
 // and a diagnostic saying where it stopped.
+//
+// Known programs: Gaussian 09 and 16, whose log holds one job or the jobs of a
+// Link1 run one after another. Frames are in Gaussian's standard orientation
+// (the input orientation when symmetry is off), gradients are turned into the
+// same axes, energies are in hartree and program warnings become diagnostics
+// "gaussian.warning".
 MORV_API model::ParseResult<Document> import_output(std::string_view text, std::string_view file_name);
 
 }  // namespace morv::qc
