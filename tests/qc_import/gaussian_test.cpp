@@ -147,6 +147,24 @@ TEST(GaussianOutputs, RouteOverTwoLines) {
     EXPECT_EQ(document.jobs[0].keywords, "#p SP HF/STO-3G SCF=(DIIS) Symmetry=(Tight) SCRF=(CPCM, Solvent=Toluene)");
 }
 
+// An output with Windows line ends reads as the same document, with spans
+// into its own bytes.
+TEST(GaussianOutputs, CarriageReturns) {
+    auto const text = read_output("water_mp2.log");
+    std::string crlf;
+    for (char c : text) {
+        crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    }
+    auto const plain = import_output(text, "w.log").value;
+    auto const windows = import_output(crlf, "w.log").value;
+    ASSERT_EQ(windows.steps.size(), plain.steps.size());
+    EXPECT_EQ(windows.steps[0].energies.size(), plain.steps[0].energies.size());
+    auto const& energy = primary_energy(windows.steps[0]);
+    EXPECT_EQ(energy.value, -75.002282127454);
+    EXPECT_EQ(spanned(crlf, *energy.source), "-0.75002282127454D+02");
+    EXPECT_EQ(windows.frames.at(0).positions_angstrom, plain.frames.at(0).positions_angstrom);
+}
+
 TEST(GaussianOutputs, OptimisationSteps) {
     auto const text = read_output("dvb_gopt.out");
     auto const document = import_output(text, "dvb_gopt.out").value;
