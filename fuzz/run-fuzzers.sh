@@ -3,7 +3,7 @@
 # and fails if any of them finds a crash, a leak, a timeout or runs out of
 # memory. One line per target says how it went.
 #
-#   fuzz/run-fuzzers.sh build-fuzz/fuzz 60                      # all four
+#   fuzz/run-fuzzers.sh build-fuzz/fuzz 60                      # all five
 #   fuzz/run-fuzzers.sh build-fuzz/fuzz 600 round_trip_fuzzer   # just one
 #
 # The committed corpus is only read: libFuzzer writes new inputs into the
@@ -21,7 +21,7 @@ seconds=$2
 shift 2
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
-  targets=(deserialize_fuzzer round_trip_fuzzer serialize_fuzzer decode_paths_fuzzer)
+  targets=(deserialize_fuzzer round_trip_fuzzer serialize_fuzzer decode_paths_fuzzer import_output_fuzzer)
 fi
 
 here=$(cd "$(dirname "$0")" && pwd)
@@ -34,10 +34,12 @@ trap 'rm -rf "$scratch"' EXIT
 # the longest seed is the 100 KB generated document. The serialize target
 # reads its bytes as the choices of its document builder, for which a few
 # kilobytes make a large document; its corpus is what a long run covered,
-# merged down to one input per edge (-merge=1 -use_counters=0).
+# merged down to one input per edge (-merge=1 -use_counters=0). The importer
+# starts from the Gaussian outputs of the tests.
 seed_corpus() {
   case "$1" in
     serialize_fuzzer) echo "$here/corpus/serialize" ;;
+    import_output_fuzzer) echo "$here/../tests/data/gaussian" ;;
     *) echo "$here/corpus/json" ;;
   esac
 }
@@ -45,6 +47,8 @@ seed_corpus() {
 target_flags() {
   case "$1" in
     serialize_fuzzer) echo "-max_len=8192" ;;
+    # Whole outputs, the largest seed being 210 KB.
+    import_output_fuzzer) echo "-max_len=262144" ;;
     *) echo "-max_len=131072 -dict=$here/json.dict" ;;
   esac
 }
