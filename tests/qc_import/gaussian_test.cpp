@@ -215,6 +215,22 @@ TEST(GaussianOutputs, AnalysesOfAFrequencyJob) {
     EXPECT_EQ(orbitals.orbitals[34].occupation, 2.0);
     EXPECT_EQ(orbitals.orbitals[35].occupation, 0.0);
     EXPECT_EQ(analyses_of<AtomicChargeBlock>(document).front()->records[0].charge, -0.004506);
+    // The APT charges, without the table of hydrogens summed into heavy atoms.
+    std::size_t apt_blocks = 0;
+    for (auto const& block : document.analyses) {
+        auto const* charges = std::get_if<AtomicChargeBlock>(&block.payload);
+        if (charges == nullptr || charges->scheme != "APT") {
+            continue;
+        }
+        ++apt_blocks;
+        ASSERT_EQ(charges->records.size(), 20u);
+        EXPECT_EQ(charges->records.front().charge, 0.021475);
+        EXPECT_EQ(charges->records.back().charge, 0.057858);
+        EXPECT_EQ(charges->records.back().element, "H");
+        EXPECT_EQ(block.source->begin.line, 876u);
+        EXPECT_EQ(block.source->end.line, 898u);
+    }
+    EXPECT_EQ(apt_blocks, 1u);
     ASSERT_EQ(result.diagnostics.size(), 1u);
     EXPECT_EQ(result.diagnostics[0].code, "gaussian.warning");
     EXPECT_EQ(result.diagnostics[0].source->begin.line, 1555u);

@@ -214,7 +214,9 @@ private:
             read_orbitals();
         } else if ((starts_with(text, "Mulliken charges") || starts_with(text, "Mulliken atomic charges")) &&
                    !contains(text, "summed")) {
-            read_mulliken();
+            read_charges("Mulliken");
+        } else if (text == "APT charges:") {
+            read_charges("APT");
         } else if (starts_with(text, "Dipole moment (field-independent basis, Debye):")) {
             read_dipole();
         } else if (starts_with(text, "nuclear repulsion energy")) {
@@ -950,14 +952,15 @@ private:
     }
 
     // A header row of column numbers, then "1  O  -0.319889 [spin]" per atom
-    // up to "Sum of Mulliken ...".
-    void read_mulliken() {
+    // up to "Sum of Mulliken ..." (or "Sum of APT ...", from the atomic polar
+    // tensors of a frequency job).
+    void read_charges(std::string const& scheme) {
         Line const first = line();
         if (!next()) {
             return;
         }
         AtomicChargeBlock block;
-        block.scheme = "Mulliken";
+        block.scheme = scheme;
         while (next()) {
             auto const values = fields(line().text);
             if (values.size() < 3 || values.size() > 4) {
@@ -980,7 +983,7 @@ private:
         if (lines_.index() >= range_.end) {
             return;
         }
-        if (!starts_with(trim(line().text), "Sum of Mulliken") || block.records.empty()) {
+        if (!starts_with(trim(line().text), "Sum of " + scheme) || block.records.empty()) {
             return;
         }
         builder_.add_analysis(job_, current_step(), std::move(block), span_of_lines(source_, first, line()));
