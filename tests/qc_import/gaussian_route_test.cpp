@@ -16,6 +16,7 @@ TEST(GaussianRoute, MethodBasisAndTasks) {
         {"#p b3lyp/sto-3g opt", "B3LYP", "STO-3G", {TaskKind::optimization}},
         {"#P CIS(50-50,NStates=5)/STO-3G Density Pop=(Full,NaturalOrbitals)", "CIS", "STO-3G",
          {TaskKind::excited_state}},
+        {"#P CIS(D,50-50,NStates=5)/STO-3G", "CIS(D)", "STO-3G", {TaskKind::excited_state}},
         {"#P CCSD(T)/STO-3G", "CCSD(T)", "STO-3G", {TaskKind::single_point}},
         {"#p b3lyp/sto-3g guess=read geom=allcheck td(nstates=5) iop(9/40=2)", "B3LYP", "STO-3G",
          {TaskKind::excited_state}},

@@ -70,6 +70,8 @@ constexpr Expected outputs[] = {
     {"water_mp2.log", "16 Revision A.03", "", 3, 1, "MP2", TaskKind::single_point, -75.002282127454, "EUMP2", 342, 0, 0, 0, 0},
     {"water_ccsdt.log", "16 Revision A.03", "", 3, 1, "CCSD(T)", TaskKind::single_point, -75.017760422, "CCSD(T)",
      437, 0, 0, 0, 0},
+    {"water_cisd.log", "16 Revision A.03", "", 3, 1, "CIS(D)", TaskKind::excited_state, -74.6308293204,
+     "E(CIS(D)) state 1", 545, 0, 0, 0, 10},
     {"water_hf_solvent_cpcm.log", "16 Revision C.01", "water.com", 3, 1, "HF", TaskKind::single_point,
      -74.9667426458, "SCF Done", 348, 0, 0, 0, 0},
 };
@@ -215,6 +217,22 @@ TEST(GaussianOutputs, AnalysesOfAFrequencyJob) {
     EXPECT_EQ(orbitals.orbitals[34].occupation, 2.0);
     EXPECT_EQ(orbitals.orbitals[35].occupation, 0.0);
     EXPECT_EQ(analyses_of<AtomicChargeBlock>(document).front()->records[0].charge, -0.004506);
+    // The APT charges, without the table of hydrogens summed into heavy atoms.
+    std::size_t apt_blocks = 0;
+    for (auto const& block : document.analyses) {
+        auto const* charges = std::get_if<AtomicChargeBlock>(&block.payload);
+        if (charges == nullptr || charges->scheme != "APT") {
+            continue;
+        }
+        ++apt_blocks;
+        ASSERT_EQ(charges->records.size(), 20u);
+        EXPECT_EQ(charges->records.front().charge, 0.021475);
+        EXPECT_EQ(charges->records.back().charge, 0.057858);
+        EXPECT_EQ(charges->records.back().element, "H");
+        EXPECT_EQ(block.source->begin.line, 876u);
+        EXPECT_EQ(block.source->end.line, 898u);
+    }
+    EXPECT_EQ(apt_blocks, 1u);
     ASSERT_EQ(result.diagnostics.size(), 1u);
     EXPECT_EQ(result.diagnostics[0].code, "gaussian.warning");
     EXPECT_EQ(result.diagnostics[0].source->begin.line, 1555u);
@@ -233,6 +251,21 @@ TEST(GaussianOutputs, ExcitedStates) {
     ASSERT_EQ(state.contributions.size(), 10u);
     EXPECT_EQ(state.contributions[3].coefficient, 0.48145);
     EXPECT_TRUE(state.contributions[8].reverse);
+}
+
+// CIS(D) prints a total for each of its states after the CIS ones.
+TEST(GaussianOutputs, CisDoublesTotals) {
+    auto const document = import_output(read_output("water_cisd.log"), "water_cisd.log").value;
+    std::vector<EnergyRecord const*> totals;
+    for (auto const& energy : document.steps[0].energies) {
+        if (energy.method == "CIS(D)") {
+            totals.push_back(&energy);
+        }
+    }
+    ASSERT_EQ(totals.size(), 10u);
+    EXPECT_EQ(totals.back()->label, "E(CIS(D)) state 10");
+    EXPECT_EQ(totals.back()->kind, EnergyKind::excited_state_total);
+    EXPECT_EQ(totals.back()->value, -74.2785409992);
 }
 
 // Eigenvalues fill ten columns each and run together when a value needs them

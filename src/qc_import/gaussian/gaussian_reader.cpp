@@ -198,6 +198,10 @@ private:
             read_excited_total(text);
         } else if (starts_with(text, "Excited State ")) {
             read_excited_state(text);
+        } else if (starts_with(text, "CIS(D) Correction to the CiSingles state")) {
+            cisd_state_ = to_integer(fields(text).back());
+        } else if (starts_with(text, "CIS(D) Total")) {
+            read_cisd_total(text);
         } else if (contains(text, "Forces (Hartrees/Bohr)")) {
             read_forces();
         } else if (starts_with(text, "Cartesian Forces:")) {
@@ -214,7 +218,9 @@ private:
             read_orbitals();
         } else if ((starts_with(text, "Mulliken charges") || starts_with(text, "Mulliken atomic charges")) &&
                    !contains(text, "summed")) {
-            read_mulliken();
+            read_charges("Mulliken");
+        } else if (text == "APT charges:") {
+            read_charges("APT");
         } else if (starts_with(text, "Dipole moment (field-independent basis, Debye):")) {
             read_dipole();
         } else if (starts_with(text, "nuclear repulsion energy")) {
@@ -458,12 +464,32 @@ private:
         // The label names the method of the states above it more exactly
         // than the route does ("CIS/TDA" for the guess of an EOM-CCSD job).
         if (excited_ && !excited_->states.empty()) {
+            followed_state_ = excited_->states.back().index;
             excited_->states.back().total_energy = found->value;
             excited_->method = method;
             for (auto& state : excited_->states) {
                 state.method = method;
             }
         }
+    }
+
+    // "CIS(D) Total   : -0.255548936760E-02        E(CIS(D))=  -74.6308293204",
+    // once for each state, after "CIS(D) Correction to the CiSingles state  1".
+    // The step's primary energy stays that of the state whose CIS total
+    // Gaussian printed, the one it follows.
+    void read_cisd_total(std::string_view text) {
+        auto const found = value_after(text, "E(CIS(D))=");
+        if (!found || !cisd_state_) {
+            return;
+        }
+        auto const step = current_step();
+        auto const primary = builder_.step(step).primary_energy_id;
+        add_energy(EnergyKind::excited_state_total, "E(CIS(D)) state " + std::to_string(*cisd_state_), "CIS(D)",
+                   found->value, span(found->field));
+        if (followed_state_ && *followed_state_ != *cisd_state_) {
+            builder_.step(step).primary_energy_id = primary;
+        }
+        cisd_state_.reset();
     }
 
     // "Excited State   1:      Singlet-BU     5.3351 eV  232.39 nm  f=0.1707  <S**2>=0.000"
@@ -950,14 +976,15 @@ private:
     }
 
     // A header row of column numbers, then "1  O  -0.319889 [spin]" per atom
-    // up to "Sum of Mulliken ...".
-    void read_mulliken() {
+    // up to "Sum of Mulliken ..." (or "Sum of APT ...", from the atomic polar
+    // tensors of a frequency job).
+    void read_charges(std::string const& scheme) {
         Line const first = line();
         if (!next()) {
             return;
         }
         AtomicChargeBlock block;
-        block.scheme = "Mulliken";
+        block.scheme = scheme;
         while (next()) {
             auto const values = fields(line().text);
             if (values.size() < 3 || values.size() > 4) {
@@ -980,7 +1007,7 @@ private:
         if (lines_.index() >= range_.end) {
             return;
         }
-        if (!starts_with(trim(line().text), "Sum of Mulliken") || block.records.empty()) {
+        if (!starts_with(trim(line().text), "Sum of " + scheme) || block.records.empty()) {
             return;
         }
         builder_.add_analysis(job_, current_step(), std::move(block), span_of_lines(source_, first, line()));
@@ -1139,6 +1166,8 @@ private:
     std::optional<ExcitedStateBlock> excited_;
     SourceSpan excited_span_;
     std::optional<StepId> excited_step_;
+    std::optional<long long> followed_state_;
+    std::optional<long long> cisd_state_;
 };
 
 // "Gaussian 16:  ES64L-G16RevA.03 25-Dec-2016" -> "16 Revision A.03".

@@ -34,11 +34,19 @@ std::string keyword_name(std::string_view token) {
 }
 
 // The method without options in parentheses, which Gaussian writes after
-// some methods ("CIS(50-50,NStates=5)"); "(T)" of CCSD(T) belongs to the name.
+// some methods ("CIS(50-50,NStates=5)"); "(T)" of CCSD(T) belongs to the name,
+// and so does the "D" that asks CIS for its doubles correction
+// ("CIS(D,NStates=5)" is CIS(D)).
 std::string method_name(std::string_view text) {
     auto const open = text.find('(');
     if (open != std::string_view::npos) {
         auto const options = text.substr(open);
+        if (upper(text.substr(0, open)) == "CIS") {
+            auto const first = upper(trim(options.substr(1, options.find_first_of(",)") - 1)));
+            if (first == "D") {
+                return "CIS(D)";
+            }
+        }
         if (contains(options, "=") || contains(options, ",") || contains(options, "-")) {
             text = text.substr(0, open);
         }
@@ -168,9 +176,9 @@ Route parse_route(std::string text) {
         }
     }
     auto const method = lower(route.method);
-    // CISD and QCISD are ground-state methods; CIS, TD and EOM reach excited
-    // states.
-    if (method == "cis" || starts_with(method, "td") || starts_with(method, "eom")) {
+    // CISD and QCISD are ground-state methods; CIS, CIS(D), TD and EOM reach
+    // excited states.
+    if (method == "cis" || method == "cis(d)" || starts_with(method, "td") || starts_with(method, "eom")) {
         add_task(TaskKind::excited_state);
     }
     if (route.tasks.empty()) {
