@@ -26,7 +26,8 @@ build: configure
 	cmake --build $(BUILD_DIR) -j $(JOBS)
 
 # Checks the bundled examples, writes each back indented into the build
-# folder and summarises them.
+# folder and summarises them, runs the Python example, then imports the
+# bundled Gaussian output and summarises its document.
 demo: build
 	$(CLI) check $(EXAMPLES)
 	@for example in $(EXAMPLES); do \
@@ -35,6 +36,8 @@ demo: build
 	done
 	$(CLI) stats $(EXAMPLES)
 	PYTHONPATH=$(BUILD_DIR)/python $(PYTHON) examples/energies.py
+	$(CLI) import examples/gaussian/water_mp2.log -o $(BUILD_DIR)/demo/water_mp2.json
+	$(CLI) stats $(BUILD_DIR)/demo/water_mp2.json
 
 test: build
 	ctest --test-dir $(BUILD_DIR) --output-on-failure -j $(JOBS)

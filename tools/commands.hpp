@@ -3,6 +3,7 @@
 #include "terminal.hpp"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,9 +31,22 @@ struct StatsOptions {
     unsigned jobs = 1;
 };
 
+struct ImportOptions {
+    std::vector<std::string> paths;
+    // A file for one output, otherwise a folder; without it each document
+    // goes beside its output.
+    std::optional<std::string> output;
+    bool pretty = false;
+    std::uint32_t indent = 2;
+    bool json = false;
+    ColorMode color = ColorMode::automatic;
+    unsigned jobs = 1;
+};
+
 // Each returns the exit status of the command.
 int run_check(CheckOptions const& options);
 int run_format(FormatOptions const& options);
 int run_stats(StatsOptions const& options);
+int run_import(ImportOptions const& options);
 
 }  // namespace morv::cli

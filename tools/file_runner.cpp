@@ -17,19 +17,12 @@
 namespace morv::cli {
 namespace {
 
-struct FileOutcome {
-    int exit_status = exit_complete;
-    std::string output;
-    std::string error;
-};
-
-FileOutcome process_file(std::string const& path, DescribeFile const& describe) {
+FileOutcome process_file(std::size_t index, std::string const& path, ProcessText const& process) {
     InputText const input = read_input(path);
     if (input.error) {
         return {exit_no_input, "", unreadable_message(path, *input.error)};
     }
-    auto const result = qc::json::deserialize(input.text);
-    return {exit_status_of(result.status), describe(display_name(path), input.text.size(), result), ""};
+    return process(index, path, input.text);
 }
 
 // Hands out the outcomes of the workers in index order.
@@ -67,13 +60,13 @@ void print(FileOutcome const& outcome) {
 
 }  // namespace
 
-int process_files(std::vector<std::string> const& paths, unsigned jobs, std::string_view verb,
-                  DescribeFile const& describe) {
+int run_over_files(std::vector<std::string> const& paths, unsigned jobs, std::string_view verb,
+                   ProcessText const& process) {
     OrderedOutcomes outcomes(paths.size());
     std::atomic<std::size_t> next{0};
     auto const work = [&] {
         for (std::size_t index = next++; index < paths.size(); index = next++) {
-            outcomes.put(index, process_file(paths[index], describe));
+            outcomes.put(index, process_file(index, paths[index], process));
         }
     };
     std::vector<std::thread> workers;
@@ -95,6 +88,14 @@ int process_files(std::vector<std::string> const& paths, unsigned jobs, std::str
         worker.join();
     }
     return status;
+}
+
+int process_files(std::vector<std::string> const& paths, unsigned jobs, std::string_view verb,
+                  DescribeFile const& describe) {
+    return run_over_files(paths, jobs, verb, [&](std::size_t, std::string const& path, std::string const& text) {
+        auto const result = qc::json::deserialize(text);
+        return FileOutcome{exit_status_of(result.status), describe(display_name(path), text.size(), result), ""};
+    });
 }
 
 }  // namespace morv::cli

@@ -1,4 +1,5 @@
 #include "commands.hpp"
+#include "document_text.hpp"
 #include "exit_status.hpp"
 #include "file_reports.hpp"
 #include "input_files.hpp"
@@ -12,28 +13,13 @@
 namespace morv::cli {
 namespace {
 
-std::string formatted_text(FormatOptions const& options, model::ParseResult<qc::Document> const& result) {
-    qc::json::SerializeOptions serialize_options;
-    serialize_options.pretty = options.pretty;
-    serialize_options.indent = options.indent;
-    std::string text = options.with_diagnostics ? qc::json::serialize(result, serialize_options)
-                                                : qc::json::serialize(result.value, serialize_options);
-    // Pretty text ends with a line feed; compact text gets one too, so that
-    // the output is a well-formed text file and a shell prompt starts on a
-    // line of its own.
-    if (!options.pretty) {
-        text += '\n';
-    }
-    return text;
-}
-
 int write_output(std::string const& output, std::string const& text) {
     if (output == "-") {
         std::fwrite(text.data(), 1, text.size(), stdout);
         return std::fflush(stdout) == 0 ? exit_complete : exit_cannot_create;
     }
     if (auto const error = write_file_atomically(output, text)) {
-        std::fprintf(stderr, "morv-qc-json: cannot write %s: %s\n", output.c_str(), error->c_str());
+        std::fputs(unwritable_message(output, *error).c_str(), stderr);
         return exit_cannot_create;
     }
     return exit_complete;
@@ -59,7 +45,8 @@ int run_format(FormatOptions const& options) {
     if (result.status == model::ParseStatus::failed) {
         return exit_failed;
     }
-    int const written = write_output(options.output, formatted_text(options, result));
+    int const written = write_output(
+        options.output, document_text(result, {options.pretty, options.indent, options.with_diagnostics}));
     return written != exit_complete ? written : exit_status_of(result.status);
 }
 

@@ -89,6 +89,10 @@ std::string unreadable_message(std::string const& path, std::string const& reaso
     return "morv-qc-json: cannot read " + display_name(path) + ": " + reason + "\n";
 }
 
+std::string unwritable_message(std::string const& path, std::string const& reason) {
+    return "morv-qc-json: cannot write " + path + ": " + reason + "\n";
+}
+
 std::optional<std::string> write_file_atomically(std::string const& path, std::string const& text) {
     std::string temporary = temporary_template(path);
     int const fd = ::mkstemp(temporary.data());

@@ -20,6 +20,9 @@ std::string display_name(std::string const& path);
 // The line on standard error for an input that could not be read.
 std::string unreadable_message(std::string const& path, std::string const& reason);
 
+// The line on standard error for an output that could not be written.
+std::string unwritable_message(std::string const& path, std::string const& reason);
+
 // Replaces `path` with `text` through a temporary file in the same folder and
 // a rename, so that an interrupted run leaves either the old file or the new
 // one. Returns the system's reason when it fails.

@@ -1,4 +1,5 @@
-// morv-qc-json: checks, formats and summarises "morv.qc.document.v2" files.
+// morv-qc-json: checks, formats and summarises "morv.qc.document.v2" files,
+// and imports program outputs into them.
 
 #include "commands.hpp"
 #include "exit_status.hpp"
@@ -36,6 +37,14 @@ void add_jobs_option(CLI::App& command, unsigned& jobs) {
         ->option_text("N (default 1)");
 }
 
+void add_indent_options(CLI::App& command, bool& pretty, std::uint32_t& indent) {
+    command.add_flag("--pretty", pretty, "Indented output (compact output also ends with a line feed)");
+    command.add_option("--indent", indent, "Blanks per level; implies --pretty")
+        ->check(CLI::Range(0u, 32u))
+        ->option_text("N (0 to 32, default 2)")
+        ->each([&pretty](std::string const&) { pretty = true; });
+}
+
 void add_check_command(CLI::App& app, morv::cli::CheckOptions& options) {
     auto* check = app.add_subcommand("check", "Decode files and report their status and diagnostics");
     check->add_option("files", options.paths, "Files to check (- for standard input)")->required();
@@ -54,11 +63,7 @@ void add_format_command(CLI::App& app, morv::cli::FormatOptions& options) {
     format->add_option("file", options.path, "File to format (- for standard input)")->required();
     format->add_option("-o,--output", options.output,
                        "Where to write (default standard output); replaced through a temporary file");
-    format->add_flag("--pretty", options.pretty, "Indented output (compact output also ends with a line feed)");
-    format->add_option("--indent", options.indent, "Blanks per level; implies --pretty")
-        ->check(CLI::Range(0u, 32u))
-        ->option_text("N (0 to 32, default 2)")
-        ->each([&options](std::string const&) { options.pretty = true; });
+    add_indent_options(*format, options.pretty, options.indent);
     format->add_flag("--with-diagnostics", options.with_diagnostics,
                      "Keep the decode's status and diagnostics in the output");
     add_color_option(*format, options.color);
@@ -83,6 +88,28 @@ void add_stats_command(CLI::App& app, morv::cli::StatsOptions& options) {
         "  morv-qc-json stats --json results/*.json");
 }
 
+void add_import_command(CLI::App& app, morv::cli::ImportOptions& options) {
+    auto* import = app.add_subcommand("import", "Read quantum-chemistry program outputs into documents");
+    import->add_option("outputs", options.paths, "Program outputs to read (- for standard input, with -o FILE)")
+        ->required();
+    import->add_option("-o,--output", options.output,
+                       "The document's file for one output; a folder, created if missing, for several outputs or "
+                       "when it is a folder or ends in /. Default: NAME.json beside each output NAME.EXT");
+    add_indent_options(*import, options.pretty, options.indent);
+    import->add_flag("--json", options.json, "Reports as one JSON object per output (JSON Lines)");
+    add_color_option(*import, options.color);
+    add_jobs_option(*import, options.jobs);
+    import->footer(
+        "Prints a report per output as check does. A failed import writes nothing; a document replaces its\n"
+        "file through a temporary file. Two outputs that would be written to one file are refused.\n"
+        "Exit status: 0 every import complete, 1 the worst is partial, 2 any failed, 64 bad arguments,\n"
+        "66 an output could not be read, 73 a document could not be written.\n\n"
+        "Examples:\n"
+        "  morv-qc-json import water.log\n"
+        "  morv-qc-json import --pretty water.log -o water.json\n"
+        "  morv-qc-json import --jobs 4 runs/*.log -o documents/");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -95,15 +122,18 @@ int main(int argc, char** argv) {
         "Examples:\n"
         "  morv-qc-json check run.json\n"
         "  morv-qc-json format --pretty run.json -o clean.json\n"
-        "  morv-qc-json stats run.json\n\n"
+        "  morv-qc-json stats run.json\n"
+        "  morv-qc-json import water.log -o water.json\n\n"
         "Run 'morv-qc-json COMMAND --help' for the options of a command.");
 
     morv::cli::CheckOptions check;
     morv::cli::FormatOptions format;
     morv::cli::StatsOptions stats;
+    morv::cli::ImportOptions import;
     add_check_command(app, check);
     add_format_command(app, format);
     add_stats_command(app, stats);
+    add_import_command(app, import);
 
     try {
         app.parse(argc, argv);
@@ -117,6 +147,9 @@ int main(int argc, char** argv) {
     }
     if (app.got_subcommand("format")) {
         return morv::cli::run_format(format);
+    }
+    if (app.got_subcommand("import")) {
+        return morv::cli::run_import(import);
     }
     return morv::cli::run_stats(stats);
 }

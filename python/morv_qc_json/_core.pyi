@@ -1377,6 +1377,12 @@ def loads(text: str | bytes | bytearray | memoryview) -> ParseResult:
 def load(file: str | os.PathLike[str] | _Readable) -> ParseResult:
     """Reads a document from a path or from a file's read(). A path that cannot be opened raises OSError."""
 
+def import_output(path_or_text: str | bytes | os.PathLike[str], file_name: str | None = None) -> ParseResult:
+    """Reads a program's output into a document: a str or bytes with a line break is the output's text, anything
+    else a path to it (OSError when it cannot be read). file_name names the output among the document's sources;
+    by default the path's file name, or none for a text. Bad content never raises: an output of no known program
+    gives a failed result."""
+
 def dumps(
     obj: Document | ParseResult,
     *,

@@ -1,7 +1,10 @@
 #include "bindings.hpp"
 
+#include <morv/qc/import.hpp>
 #include <morv/qc/json/codec.hpp>
 #include <morv/qc/model.hpp>
+
+#include <cstring>
 
 namespace morv::python {
 namespace {
@@ -11,7 +14,7 @@ using Result = model::ParseResult<qc::Document>;
 // The bytes of a text to decode, viewed where Python keeps them: `owner`
 // holds them while the lock is released. A str goes through UTF-8, with
 // surrogateescape for the bytes that a decode of ours let through.
-std::string_view text_bytes(py::handle text, py::object& owner) {
+std::string_view text_bytes(py::handle text, py::object& owner, char const* function = "loads") {
     if (PyUnicode_Check(text.ptr())) {
         Py_ssize_t size = 0;
         if (char const* const utf8 = PyUnicode_AsUTF8AndSize(text.ptr(), &size)) {
@@ -33,7 +36,7 @@ std::string_view text_bytes(py::handle text, py::object& owner) {
         }
         owner = py::reinterpret_steal<py::object>(bytes);
     } else {
-        throw_type_error("loads", "str or bytes", text);
+        throw_type_error(function, "str or bytes", text);
     }
     return {PyBytes_AS_STRING(owner.ptr()), static_cast<std::size_t>(PyBytes_GET_SIZE(owner.ptr()))};
 }
@@ -58,6 +61,48 @@ Ref<Result> load(py::object const& file) {
         return loads(file.attr("read")());
     }
     return loads(path_of(file).attr("read_bytes")());
+}
+
+// A str or bytes with a line break is the output itself: every output is
+// many lines long, and a file name holds none. Anything else is a path.
+bool holds_line_break(py::handle source) {
+    if (PyUnicode_Check(source.ptr())) {
+        return PyUnicode_FindChar(source.ptr(), '\n', 0, PyUnicode_GET_LENGTH(source.ptr()), 1) >= 0;
+    }
+    return PyBytes_Check(source.ptr()) &&
+           std::memchr(PyBytes_AS_STRING(source.ptr()), '\n', static_cast<std::size_t>(PyBytes_GET_SIZE(source.ptr()))) !=
+               nullptr;
+}
+
+// The file name goes through the file system's encoding, so that a name that
+// is not UTF-8 reaches the document as the same bytes.
+std::string file_system_bytes(py::handle name) {
+    return py::module_::import("os").attr("fsencode")(name).cast<std::string>();
+}
+
+Ref<Result> import_output(py::handle source, py::handle file_name) {
+    py::object owner;
+    std::string_view text;
+    std::string name;
+    if (holds_line_break(source)) {
+        text = text_bytes(source, owner, "import_output");
+    } else if (PyUnicode_Check(source.ptr()) || PyBytes_Check(source.ptr()) ||
+               py::isinstance(source, py::module_::import("os").attr("PathLike"))) {
+        py::object const path = path_of(py::module_::import("os").attr("fsdecode")(source));
+        text = text_bytes(path.attr("read_bytes")(), owner, "import_output");
+        name = file_system_bytes(path.attr("name"));
+    } else {
+        throw_type_error("import_output", "str, bytes or os.PathLike", source);
+    }
+    if (!file_name.is_none()) {
+        name = file_system_bytes(file_name);
+    }
+    Result result;
+    {
+        py::gil_scoped_release unlocked;
+        result = qc::import_output(text, name);
+    }
+    return Ref<Result>::owning(std::move(result));
 }
 
 // Writes with the GIL released, under the tree's shared lock: a change from
@@ -120,6 +165,11 @@ void bind_codec(py::module_& module) {
                "read, a status and the diagnostics.");
     module.def("load", &load, py::arg("file"),
                "Reads a document from a path or a binary file. A path that cannot be opened raises OSError.");
+    module.def("import_output", &import_output, py::arg("path_or_text"), py::arg("file_name") = py::none(),
+               "Reads a program's output into a document: a str or bytes with a line break is the output's text, "
+               "anything else a path to it (OSError when it cannot be read). file_name names the output among the "
+               "document's sources; by default the path's file name, or none for a text. Never raises for bad "
+               "content: an output of no known program gives a failed result.");
     module.def(
         "dumps",
         [](py::handle object, bool pretty, std::uint32_t indent, bool include_diagnostics) {

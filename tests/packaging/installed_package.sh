@@ -76,7 +76,9 @@ if [[ -n $python ]]; then
 import morv_qc_json
 result = morv_qc_json.loads("{\"schema\":\"morv.qc.document.v2\",\"program\":{\"kind\":\"orca\"}}")
 assert morv_qc_json.__file__.startswith("'"$prefix"'"), morv_qc_json.__file__
-print(morv_qc_json.__version__, morv_qc_json.to_string(result.status))
+# The importer comes from its own library, which the module must find too.
+imported = morv_qc_json.import_output("not a program output\n")
+print(morv_qc_json.__version__, morv_qc_json.to_string(result.status), morv_qc_json.to_string(imported.status))
 '
   if [[ -n $typed_program ]]; then
     echo "-- type-checking $(basename "$typed_program") against the installed package with mypy --strict"

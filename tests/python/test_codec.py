@@ -1,14 +1,16 @@
 """Reading and writing through the module: the same bytes, statuses and
-diagnostics as the C++ library, files and their errors, threads."""
+diagnostics as the C++ library, files and their errors, threads; program
+outputs imported as the tool imports them."""
 
 import concurrent.futures
 import io
+import json
 import tempfile
 
 import pytest
 
 import morv_qc_json as qc
-from conftest import DAMAGED, cli_check, run_cli
+from conftest import DAMAGED, EXAMPLES, cli_check, run_cli
 
 
 def test_round_trip_of_the_example_gives_the_cli_bytes(example_path):
@@ -102,3 +104,22 @@ def test_threads_decode_and_write_side_by_side(example_path):
     with concurrent.futures.ThreadPoolExecutor(max_workers=4) as pool:
         written = list(pool.map(lambda _: qc.dumps(qc.loads(text)), range(16)))
     assert written == [expected] * 16
+
+
+def test_import_output_takes_text_with_a_line_break_and_a_path_otherwise(tmp_path):
+    notes = tmp_path / "notes.txt"
+    notes.write_text("hello\n")
+    report = json.loads(run_cli("import", "--json", "-o", str(tmp_path / "out.json"), text=b"hello\n"))
+    unknown = [(d["severity"], d["code"], d["message"]) for d in report["diagnostics"]]
+    assert unknown == [("error", "qc.import.unknown_program", "not an output of a known program")]
+    for source in ["hello\n", b"hello\r\n", notes, str(notes), bytes(notes)]:
+        result = qc.import_output(source)
+        assert result.status == qc.ParseStatus.failed
+        assert [(d.severity.name, d.code, d.message) for d in result.diagnostics] == unknown
+
+    gaussian = EXAMPLES / "gaussian" / "water_mp2.log"
+    assert qc.import_output(gaussian) == qc.import_output(gaussian.read_text(), file_name="water_mp2.log")
+
+    for source, error in [("hello", FileNotFoundError), (tmp_path, IsADirectoryError), (3, TypeError)]:
+        with pytest.raises(error):
+            qc.import_output(source)

@@ -1,6 +1,7 @@
 // Drives the built morv-qc-json binary as a user would: arguments, standard
 // input, files, environment; asserts exit status and exact output.
 
+#include <morv/qc/import.hpp>
 #include <morv/qc/json/codec.hpp>
 #include <morv/qc/json/version.hpp>
 
@@ -12,6 +13,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -99,6 +101,8 @@ protected:
         posix_spawn_file_actions_addopen(&actions, 0, (folder / "stdin").c_str(), O_RDONLY, 0);
         posix_spawn_file_actions_addopen(&actions, 1, (folder / "stdout").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
         posix_spawn_file_actions_addopen(&actions, 2, (folder / "stderr").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        // Relative paths in arguments and messages are the scratch folder's.
+        posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
         arguments.insert(arguments.begin(), MORV_CLI);
         auto argv = pointers_to(arguments);
         auto variables = environment_with(extra_environment);
@@ -247,7 +251,10 @@ TEST_F(CliTest, UsageErrorsExitWith64AndHelpAndVersionWith0) {
                                                                        {"check", "--jobs", "0", "x.json"},
                                                                        {"check", "--color=sometimes", "x.json"},
                                                                        {"format", "a.json", "b.json"},
-                                                                       {"format", "--indent", "x", "a.json"}}) {
+                                                                       {"format", "--indent", "x", "a.json"},
+                                                                       {"import"},
+                                                                       {"import", "--jobs", "0", "x.log"},
+                                                                       {"import", "--indent", "x", "x.log"}}) {
         Outcome const result = run(arguments);
         EXPECT_EQ(result.status, 64) << (arguments.empty() ? "" : arguments[0]);
         EXPECT_NE(result.err, "");
@@ -257,7 +264,7 @@ TEST_F(CliTest, UsageErrorsExitWith64AndHelpAndVersionWith0) {
     EXPECT_EQ(version.out, std::string("morv-qc-json ") + morv::qc::json::library_version +
                               "\nschema morv.qc.document.v2 (share/morv_qc_json/morv.qc.document.v2.schema.json "
                               "under the installation prefix)\n");
-    for (auto const* command : {"check", "format", "stats"}) {
+    for (auto const* command : {"check", "format", "stats", "import"}) {
         Outcome const help = run({command, "--help"});
         EXPECT_EQ(help.status, 0);
         EXPECT_NE(help.out.find(std::string("Examples:\n  morv-qc-json ") + command), std::string::npos) << command;
@@ -350,6 +357,105 @@ TEST_F(CliTest, StatsSumsSectionsAndFindsEachJobsFinalEnergy) {
     EXPECT_EQ(stats["jobs"].dump(),
               R"([{"id":1,"primary_task":"optimization","steps":3,"final_energy":{"hartree":-1.5,"kind":"scf","step_id":1}},)"
               R"({"id":2,"primary_task":null,"steps":1,"final_energy":{"hartree":-1.75,"kind":"electronic","step_id":4}}])");
+}
+
+// The document the tool must write for an output, or nothing when the import
+// fails: whatever the importer reads, the tool writes it unchanged.
+std::optional<std::string> imported(std::string const& text, std::string const& file_name) {
+    auto const result = morv::qc::import_output(text, file_name);
+    if (result.status == morv::model::ParseStatus::failed) {
+        return std::nullopt;
+    }
+    return morv::qc::json::serialize(result.value) + "\n";
+}
+
+const std::string unknown_report =
+    "failed, 1 error, 0 warnings, 0 notes; sources 0, systems 0, frames 0, jobs 0, steps 0, analyses 0\n"
+    "  error qc.import.unknown_program: not an output of a known program\n";
+
+TEST_F(CliTest, ImportReportsEachOutputAndReplacesItsDocumentOnlyWhenRead) {
+    // An output of each program the importer reads belongs here, with its report.
+    struct Case {
+        std::string name;
+        std::string text;
+        int status;
+        std::string report;
+    };
+    std::vector<Case> const cases{
+        {"notes.txt", "hello\n", 2, unknown_report},
+        {"empty.log", "", 2, unknown_report},
+        {"document.out", read_file(example), 2, unknown_report},
+    };
+    for (auto const& [name, text, status, report] : cases) {
+        std::string const target = fs::path(name).stem().string() + ".json";
+        write_file(folder / name, text);
+        write_file(folder / target, "precious");
+        // Named through a folder, which the document's source leaves out.
+        Outcome const result = run({"import", "./" + name});
+        auto const document = imported(text, name);
+        EXPECT_EQ(result.status, status) << name;
+        EXPECT_EQ(result.out, "./" + name + (document ? " -> ./" + target : "") + ": " + report);
+        EXPECT_EQ(result.err, "");
+        EXPECT_EQ(read_file(folder / target), document.value_or("precious")) << name;
+    }
+    EXPECT_EQ(run({"import", "--json", "notes.txt"}).out,
+              R"({"path":"notes.txt","status":"failed","errors":1,"warnings":0,"notes":0,)"
+              R"("records":{"sources":0,"systems":0,"frames":0,"jobs":0,"steps":0,"analyses":0},)"
+              R"("diagnostics":[{"severity":"error","code":"qc.import.unknown_program",)"
+              R"("message":"not an output of a known program"}],"output":null})"
+              "\n");
+}
+
+TEST_F(CliTest, ImportPlacesDocumentsBesideTheOutputsInAFileOrInAFolder) {
+    std::string const text = read_file(fs::path(MORV_EXAMPLES_DIR) / "gaussian" / "water_mp2.log");
+    fs::create_directories(folder / "in");
+    for (auto const* name : {"in/water.log", "in/water.out", "in/a.b.out"}) {
+        write_file(folder / name, text);
+    }
+    auto const document = imported(text, "water.log");
+    int const imported_status = document ? 0 : 2;
+    struct Case {
+        std::vector<std::string> arguments;
+        int status;
+        std::string err;
+        std::vector<std::string> documents;
+    };
+    std::vector<Case> const cases{
+        {{"in/water.log"}, imported_status, "", {"in/water.json"}},
+        {{"in/a.b.out", "-o", "out.json"}, imported_status, "", {"out.json"}},
+        {{"in/water.log", "-o", "in"}, imported_status, "", {"in/water.json"}},
+        {{"in/water.log", "-o", "one/"}, imported_status, "", {"one/water.json"}},
+        {{"in/water.log", "in/a.b.out", "-o", "new/docs"}, imported_status, "", {"new/docs/water.json", "new/docs/a.b.json"}},
+        {{"in/water.log", "in/water.out"}, 64, "in/water.log and in/water.out would both be written to in/water.json", {}},
+        {{"in/water.out", "in/water.log", "-o", "docs"}, 64, "in/water.out and in/water.log would both be written to docs/water.json", {}},
+        {{"in/water.log", "-o", "./in/water.log"}, 64, "in/water.log would be replaced by its own document", {}},
+        {{"-", "-o", "in"}, 64, "standard input has no file name to derive a document's from; give -o FILE", {}},
+    };
+    for (auto const& [arguments, status, err, documents] : cases) {
+        std::vector<std::string> command{"import"};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        Outcome const result = run(command);
+        EXPECT_EQ(result.status, status) << arguments.back();
+        EXPECT_EQ(result.err, err.empty() ? "" : "morv-qc-json import: " + err + "\n");
+        for (auto const& path : documents) {
+            EXPECT_TRUE(fs::is_directory((folder / path).parent_path())) << path;
+            EXPECT_EQ(fs::exists(folder / path), document.has_value()) << path;
+            fs::remove(folder / path);
+        }
+    }
+}
+
+TEST_F(CliTest, ImportReportsOutputsItCannotReadAndFoldersItCannotCreate) {
+    write_file(folder / "notes.txt", "hello\n");
+    Outcome const unreadable = run({"import", "missing.log", "notes.txt", "."});
+    EXPECT_EQ(unreadable.status, 66);
+    EXPECT_EQ(unreadable.out, "notes.txt: " + unknown_report);
+    EXPECT_EQ(unreadable.err, "morv-qc-json: cannot read missing.log: No such file or directory\n"
+                              "morv-qc-json: cannot read .: Is a directory\n");
+    Outcome const uncreatable = run({"import", "notes.txt", "-o", "notes.txt/docs/"});
+    EXPECT_EQ(uncreatable.status, 73);
+    EXPECT_EQ(uncreatable.out, "");
+    EXPECT_EQ(uncreatable.err, "morv-qc-json: cannot create notes.txt/docs/: Not a directory\n");
 }
 
 }  // namespace
