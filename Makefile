@@ -66,6 +66,7 @@ bench:
 	$(BENCH_DIR)/bench/peak_heap
 	$(BENCH_DIR)/bench/write_bench_documents $(BENCH_DIR)
 	PYTHONPATH=$(BENCH_DIR)/python $(PYTHON) bench/python_load_bench.py $(BENCH_DIR)
+	PYTHONPATH=$(BENCH_DIR)/python $(PYTHON) bench/import_bench.py
 
 # The libFuzzer targets, built with clang in a directory of their own.
 fuzz:

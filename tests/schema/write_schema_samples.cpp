@@ -1,13 +1,14 @@
 // Writes what the codec emits for every kind of document at hand into the
 // folder given as argument, compact and pretty, for the JSON Schema check:
 // the examples, the fuzzers' corpus of damaged and odd texts decoded and
-// written again, generated documents of several sizes, and documents built
+// written again, the imports of the bundled program outputs, generated documents of several sizes, and documents built
 // here that set every optional field, every enumerator and one value past
 // the end of each enumeration, which the writer must still print as a word
 // of its table.
 
 #include "document_generator.hpp"
 
+#include <morv/qc/import.hpp>
 #include <morv/qc/json/codec.hpp>
 
 #include <algorithm>
@@ -267,9 +268,27 @@ public:
         written_ += 2;
     }
 
-    // Every file of `folder`, in name order so that the samples are the same
-    // on every run.
     void write_decoded(fs::path const& folder, std::string const& prefix) {
+        for (auto const& file : files_of(folder)) {
+            write(prefix + file.stem().string(), json::deserialize(read_file(file)));
+        }
+    }
+
+    // Every output of `folder`, its licence and notes left out.
+    void write_imported(fs::path const& folder, std::string const& prefix) {
+        for (auto const& file : files_of(folder)) {
+            if (file.extension() == ".log" || file.extension() == ".out") {
+                auto const name = file.filename().string();
+                write(prefix + file.stem().string(), import_output(read_file(file), name));
+            }
+        }
+    }
+
+    int written() const { return written_; }
+
+private:
+    // In name order so that the samples are the same on every run.
+    static std::vector<fs::path> files_of(fs::path const& folder) {
         std::vector<fs::path> files;
         for (auto const& entry : fs::directory_iterator(folder)) {
             if (entry.is_regular_file()) {
@@ -277,14 +296,9 @@ public:
             }
         }
         std::sort(files.begin(), files.end());
-        for (auto const& file : files) {
-            write(prefix + file.stem().string(), json::deserialize(read_file(file)));
-        }
+        return files;
     }
 
-    int written() const { return written_; }
-
-private:
     fs::path folder_;
     int written_ = 0;
 };
@@ -300,6 +314,7 @@ int main(int argc, char** argv) {
         SampleFolder samples(argv[1]);
         samples.write_decoded(MORV_EXAMPLES_DIR, "example_");
         samples.write_decoded(MORV_FUZZ_CORPUS_DIR, "corpus_");
+        samples.write_imported(MORV_GAUSSIAN_DATA_DIR, "gaussian_");
         std::size_t const sizes[] = {0, 20'000, 100'000};
         for (std::uint64_t seed = 1; seed <= 6; ++seed) {
             for (std::size_t const size : sizes) {

@@ -4,6 +4,7 @@
 #include <morv/qc/import.hpp>
 #include <morv/qc/json/codec.hpp>
 #include <morv/qc/json/version.hpp>
+#include <morv/qc/model.hpp>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -456,6 +457,44 @@ TEST_F(CliTest, ImportReportsOutputsItCannotReadAndFoldersItCannotCreate) {
     EXPECT_EQ(uncreatable.status, 73);
     EXPECT_EQ(uncreatable.out, "");
     EXPECT_EQ(uncreatable.err, "morv-qc-json: cannot create notes.txt/docs/: Not a directory\n");
+}
+
+// The importer's findings as `check --json` lists them.
+nlohmann::json findings_of(std::vector<morv::model::Diagnostic> const& diagnostics) {
+    auto found = nlohmann::json::array();
+    for (auto const& d : diagnostics) {
+        found.push_back({{"severity", morv::qc::to_string(d.severity)}, {"code", d.code}, {"message", d.message}});
+    }
+    return found;
+}
+
+// A document that the tool imported decodes as it was written: complete, with
+// nothing found but, should the document carry them, the importer's findings.
+TEST_F(CliTest, CheckFindsImportedDocumentsCompleteWithTheImportersFindingsAtMost) {
+    // Every bundled Gaussian output belongs here.
+    struct Case {
+        std::string name;
+        std::string status;
+    };
+    std::vector<Case> const cases{
+        {"dvb_gopt.out", "complete"},   {"dvb_ir.out", "complete"},   {"dvb_raman.out", "complete"},
+        {"dvb_td.out", "complete"},     {"water_ccsdt.log", "complete"},
+        {"water_hf_solvent_cpcm.log", "complete"}, {"water_mp2.log", "complete"},
+    };
+    for (auto const& [name, status] : cases) {
+        std::string const text = read_file(fs::path(MORV_GAUSSIAN_DATA_DIR) / name);
+        write_file(folder / name, text);
+        ASSERT_EQ(run({"import", name, "-o", "imported.json"}).err, "") << name;
+        Outcome const checked = run({"check", "--json", "imported.json"});
+        auto const report = nlohmann::json::parse(checked.out);
+        auto listed = nlohmann::json::array();
+        for (auto const& d : report["diagnostics"]) {
+            listed.push_back({{"severity", d["severity"]}, {"code", d["code"]}, {"message", d["message"]}});
+        }
+        EXPECT_EQ(report["status"], status) << name;
+        auto const findings = findings_of(morv::qc::import_output(text, name).diagnostics);
+        EXPECT_TRUE(listed.empty() || listed == findings) << name << ": " << listed.dump();
+    }
 }
 
 }  // namespace

@@ -1,0 +1,103 @@
+#!/usr/bin/env python3
+"""Times morv_qc_json.import_output against cclib.io.ccread on Gaussian outputs.
+
+Both read the same bytes in the same process: import_output from the text held
+in memory, ccread from the file (it takes a path), so that ccread's time
+includes reading the file, which is small beside its parse. Rounds interleave
+the two readers and each reports the median of its rounds. A rate is 10^6
+bytes of the output per second; the ratio is morv_qc_json's rate divided by
+cclib's on the same output, above 1 meaning faster.
+
+The outputs are the largest bundled ones, the largest of the shared folder
+when it is there, and outputs grown from dvb_gopt.out (a geometry
+optimisation in five steps): the text of its first four steps, from the line
+of the first "Input orientation:" to that of the fifth, is repeated N times
+between the original beginning and the original fifth step and end. The grown outputs, of 0.2, 1.4, 13.5
+and 100 MB, show whether the time grows linearly with the size.
+"""
+
+import argparse
+import gc
+import os
+import statistics
+import sys
+import tempfile
+import time
+from pathlib import Path
+
+import cclib
+import morv_qc_json
+
+ROOT = Path(__file__).resolve().parents[1]
+BUNDLED = ROOT / "tests" / "data" / "gaussian"
+SHARED = ROOT.parent / "shared" / "outputs" / "Gaussian" / "basicGaussian16"
+GROWN_FROM = BUNDLED / "dvb_gopt.out"
+MARK = b"Input orientation:"
+
+
+def grown(times):
+    """dvb_gopt.out with the text of its first four optimisation steps repeated `times` times."""
+    text = GROWN_FROM.read_bytes()
+    starts = []
+    at = text.find(MARK)
+    while at != -1:
+        starts.append(text.rfind(b"\n", 0, at) + 1)
+        at = text.find(MARK, at + 1)
+    # The sixth geometry is the fifth printed again after convergence.
+    first, last = starts[0], starts[4]
+    return text[:first] + text[first:last] * times + text[last:]
+
+
+def medians(readers, rounds):
+    """Median seconds of each reader, over `rounds` rounds that run them one after the other."""
+    times = [[] for _ in readers]
+    for _ in range(rounds):
+        for read, kept in zip(readers, times):
+            gc.collect()
+            start = time.perf_counter()
+            read()
+            kept.append(time.perf_counter() - start)
+    return [statistics.median(kept) for kept in times]
+
+
+def row(label, text, path, rounds):
+    if morv_qc_json.import_output(text).status == morv_qc_json.ParseStatus.failed:
+        sys.exit(f"{label}: the import fails")
+    ours, theirs = medians((lambda: morv_qc_json.import_output(text), lambda: cclib.io.ccread(str(path))), rounds)
+    megabytes = len(text) / 1e6
+    print(f"| {label} | {megabytes:.2f} | {megabytes / ours:.1f} | {megabytes / theirs:.2f} | {theirs / ours:.1f} |",
+          flush=True)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--rounds", type=int, default=5, metavar="N", help="interleaved rounds (default 5)")
+    args = parser.parse_args()
+    if args.rounds < 1:
+        parser.error("--rounds must be at least 1")
+
+    print(f"morv_qc_json {morv_qc_json.__version__}, cclib {cclib.__version__}, Python {sys.version.split()[0]}, "
+          f"medians of {args.rounds} interleaved rounds\n")
+    print("| output | MB | morv_qc_json MB/s | cclib MB/s | ratio |")
+    print("|---|---:|---:|---:|---:|")
+    files = sorted((p for p in BUNDLED.iterdir() if p.suffix in (".log", ".out")), key=lambda p: -p.stat().st_size)[:3]
+    if SHARED.is_dir():
+        files += sorted((p for p in SHARED.iterdir() if p.suffix in (".log", ".out")),
+                        key=lambda p: -p.stat().st_size)[:3]
+    else:
+        print(f"(no shared outputs at {SHARED})", file=sys.stderr)
+    for path in files:
+        row(path.relative_to(ROOT.parent), path.read_bytes(), path, args.rounds)
+    with tempfile.TemporaryDirectory() as folder:
+        for times in (1, 10, 100, 745):
+            text = grown(times)
+            path = Path(folder) / f"dvb_gopt_x{times}.out"
+            path.write_bytes(text)
+            # cclib takes seconds on 100 MB: three rounds there.
+            rounds = args.rounds if times <= 100 else min(args.rounds, 3)
+            row(f"dvb_gopt.out, steps x{times}", text, path, rounds)
+            os.remove(path)
+
+
+if __name__ == "__main__":
+    main()
