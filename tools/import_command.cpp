@@ -86,9 +86,12 @@ FileOutcome import_file(std::string const& path, std::string const& text, std::s
     FileOutcome outcome{exit_status_of(result.status), "", ""};
     std::optional<std::string> written;
     // A failed import holds nothing worth writing, and writing it could
-    // replace a good document with an empty one.
+    // replace a good document with an empty one. The document keeps the
+    // import's status and diagnostics, so that a partial import reads back
+    // as partial and says what was lost.
     if (result.status != model::ParseStatus::failed) {
-        if (auto const reason = write_file_atomically(target, document_text(result, {options.pretty, options.indent}))) {
+        DocumentTextOptions const text_options{options.pretty, options.indent, true};
+        if (auto const reason = write_file_atomically(target, document_text(result, text_options))) {
             outcome.exit_status = exit_cannot_create;
             outcome.error = unwritable_message(target, *reason);
         } else {
