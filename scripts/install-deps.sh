@@ -8,7 +8,7 @@
 set -euo pipefail
 
 packages=(cmake g++ make pkg-config libyaml-cpp-dev libgtest-dev libbenchmark-dev libcli11-dev
-  nlohmann-json3-dev python3 python3-dev python3-jsonschema python3-numpy python3-pytest python3-hypothesis
+  nlohmann-json3-dev libssl-dev python3 python3-dev python3-jsonschema python3-numpy python3-pytest python3-hypothesis
   mypy pybind11-dev python3-cclib)
 for group in "$@"; do
   case "$group" in

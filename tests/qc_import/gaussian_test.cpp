@@ -235,7 +235,11 @@ TEST(GaussianOutputs, AnalysesOfAFrequencyJob) {
     EXPECT_EQ(apt_blocks, 1u);
     ASSERT_EQ(result.diagnostics.size(), 1u);
     EXPECT_EQ(result.diagnostics[0].code, "gaussian.warning");
+    // A warning keeps the lines it goes on over.
+    EXPECT_EQ(result.diagnostics[0].message,
+              "Warning -- explicit consideration of  11 degrees of freedom as vibrations may cause significant error");
     EXPECT_EQ(result.diagnostics[0].source->begin.line, 1555u);
+    EXPECT_EQ(result.diagnostics[0].source->end.line, 1556u);
 }
 
 TEST(GaussianOutputs, ExcitedStates) {

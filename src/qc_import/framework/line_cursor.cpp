@@ -1,8 +1,11 @@
 #include "framework/line_cursor.hpp"
 
+#include <algorithm>
+
 namespace morv::qc::import {
 
 LineCursor::LineCursor(std::string_view text) {
+    lines_.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1);
     std::size_t start = 0;
     std::uint64_t number = 1;
     while (start < text.size()) {

@@ -1,91 +1,25 @@
-#include "framework/sha256.hpp"
+#include "sha256.hpp"
 
-#include <array>
-#include <cstdint>
+#include <openssl/evp.h>
 
 namespace morv::qc::import {
 
-namespace {
-
-constexpr std::array<std::uint32_t, 64> round_constants = {
-    0x428a2f98, 0x71374491, 0xb5c0fbcf, 0xe9b5dba5, 0x3956c25b, 0x59f111f1, 0x923f82a4, 0xab1c5ed5,
-    0xd807aa98, 0x12835b01, 0x243185be, 0x550c7dc3, 0x72be5d74, 0x80deb1fe, 0x9bdc06a7, 0xc19bf174,
-    0xe49b69c1, 0xefbe4786, 0x0fc19dc6, 0x240ca1cc, 0x2de92c6f, 0x4a7484aa, 0x5cb0a9dc, 0x76f988da,
-    0x983e5152, 0xa831c66d, 0xb00327c8, 0xbf597fc7, 0xc6e00bf3, 0xd5a79147, 0x06ca6351, 0x14292967,
-    0x27b70a85, 0x2e1b2138, 0x4d2c6dfc, 0x53380d13, 0x650a7354, 0x766a0abb, 0x81c2c92e, 0x92722c85,
-    0xa2bfe8a1, 0xa81a664b, 0xc24b8b70, 0xc76c51a3, 0xd192e819, 0xd6990624, 0xf40e3585, 0x106aa070,
-    0x19a4c116, 0x1e376c08, 0x2748774c, 0x34b0bcb5, 0x391c0cb3, 0x4ed8aa4a, 0x5b9cca4f, 0x682e6ff3,
-    0x748f82ee, 0x78a5636f, 0x84c87814, 0x8cc70208, 0x90befffa, 0xa4506ceb, 0xbef9a3f7, 0xc67178f2};
-
-constexpr std::uint32_t rotr(std::uint32_t x, int n) { return (x >> n) | (x << (32 - n)); }
-
-void compress(std::array<std::uint32_t, 8>& state, unsigned char const* block) {
-    std::array<std::uint32_t, 64> w{};
-    for (int i = 0; i < 16; ++i) {
-        w[i] = (std::uint32_t(block[4 * i]) << 24) | (std::uint32_t(block[4 * i + 1]) << 16) |
-               (std::uint32_t(block[4 * i + 2]) << 8) | std::uint32_t(block[4 * i + 3]);
-    }
-    for (int i = 16; i < 64; ++i) {
-        std::uint32_t const s0 = rotr(w[i - 15], 7) ^ rotr(w[i - 15], 18) ^ (w[i - 15] >> 3);
-        std::uint32_t const s1 = rotr(w[i - 2], 17) ^ rotr(w[i - 2], 19) ^ (w[i - 2] >> 10);
-        w[i] = w[i - 16] + s0 + w[i - 7] + s1;
-    }
-    auto v = state;
-    for (int i = 0; i < 64; ++i) {
-        std::uint32_t const s1 = rotr(v[4], 6) ^ rotr(v[4], 11) ^ rotr(v[4], 25);
-        std::uint32_t const choice = (v[4] & v[5]) ^ (~v[4] & v[6]);
-        std::uint32_t const t1 = v[7] + s1 + choice + round_constants[i] + w[i];
-        std::uint32_t const s0 = rotr(v[0], 2) ^ rotr(v[0], 13) ^ rotr(v[0], 22);
-        std::uint32_t const majority = (v[0] & v[1]) ^ (v[0] & v[2]) ^ (v[1] & v[2]);
-        std::uint32_t const t2 = s0 + majority;
-        v[7] = v[6];
-        v[6] = v[5];
-        v[5] = v[4];
-        v[4] = v[3] + t1;
-        v[3] = v[2];
-        v[2] = v[1];
-        v[1] = v[0];
-        v[0] = t1 + t2;
-    }
-    for (int i = 0; i < 8; ++i) {
-        state[i] += v[i];
-    }
-}
-
-}  // namespace
-
 std::string sha256_hex(std::string_view data) {
-    std::array<std::uint32_t, 8> state = {0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a,
-                                          0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19};
-    auto const* bytes = reinterpret_cast<unsigned char const*>(data.data());
-    std::size_t const whole = data.size() / 64 * 64;
-    for (std::size_t at = 0; at < whole; at += 64) {
-        compress(state, bytes + at);
+    // OpenSSL's digest uses the processor's SHA instructions where there are
+    // any: hashing a whole output then costs a fraction of reading it.
+    unsigned char digest[EVP_MAX_MD_SIZE];
+    unsigned int size = 0;
+    if (EVP_Digest(data.data(), data.size(), digest, &size, EVP_sha256(), nullptr) != 1) {
+        return {};
     }
-    // The rest, a one bit, zeros and the length in bits fill one or two
-    // last blocks.
-    std::array<unsigned char, 128> tail{};
-    std::size_t const rest = data.size() - whole;
-    for (std::size_t i = 0; i < rest; ++i) {
-        tail[i] = bytes[whole + i];
+    static constexpr char hex_digits[] = "0123456789abcdef";
+    std::string hex;
+    hex.reserve(2 * size);
+    for (unsigned int i = 0; i < size; ++i) {
+        hex += hex_digits[digest[i] >> 4];
+        hex += hex_digits[digest[i] & 0xf];
     }
-    tail[rest] = 0x80;
-    std::size_t const blocks = rest + 9 > 64 ? 2 : 1;
-    std::uint64_t const bits = static_cast<std::uint64_t>(data.size()) * 8;
-    for (int i = 0; i < 8; ++i) {
-        tail[blocks * 64 - 1 - i] = static_cast<unsigned char>(bits >> (8 * i));
-    }
-    for (std::size_t b = 0; b < blocks; ++b) {
-        compress(state, tail.data() + 64 * b);
-    }
-    static constexpr char digits[] = "0123456789abcdef";
-    std::string out;
-    for (auto const word : state) {
-        for (int shift = 28; shift >= 0; shift -= 4) {
-            out.push_back(digits[(word >> shift) & 0xf]);
-        }
-    }
-    return out;
+    return hex;
 }
 
 }  // namespace morv::qc::import

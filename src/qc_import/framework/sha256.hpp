@@ -7,7 +7,7 @@
 
 namespace morv::qc::import {
 
-// 64 lower-case hexadecimal digits.
+// 64 lower-case hexadecimal digits; "" if the digest could not be made.
 std::string sha256_hex(std::string_view data);
 
 }  // namespace morv::qc::import

@@ -1,32 +1,14 @@
 #include "framework/text.hpp"
 
-#include <cerrno>
+#include <charconv>
 #include <cmath>
-#include <cstdlib>
-#include <string>
 
 namespace morv::qc::import {
 
-namespace {
-bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v'; }
-}  // namespace
-
-std::string_view trim(std::string_view text) {
-    while (!text.empty() && is_blank(text.front())) {
-        text.remove_prefix(1);
-    }
-    while (!text.empty() && is_blank(text.back())) {
-        text.remove_suffix(1);
-    }
-    return text;
-}
-
-bool starts_with(std::string_view text, std::string_view prefix) { return text.substr(0, prefix.size()) == prefix; }
-
-bool contains(std::string_view text, std::string_view part) { return text.find(part) != std::string_view::npos; }
-
 std::vector<std::string_view> fields(std::string_view text) {
     std::vector<std::string_view> out;
+    // Enough for the lines of a table, so that one allocation serves.
+    out.reserve(16);
     std::size_t i = 0;
     while (i < text.size()) {
         while (i < text.size() && is_blank(text[i])) {
@@ -44,24 +26,29 @@ std::vector<std::string_view> fields(std::string_view text) {
 }
 
 std::optional<double> to_double(std::string_view field) {
-    // strtod would also take hexadecimal, infinities and leading blanks,
-    // none of which a program prints as a number.
-    if (field.empty() || field.size() > 64) {
-        return std::nullopt;
-    }
-    std::string copy;
-    for (char c : field) {
-        bool const allowed = (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E' ||
-                             c == 'd' || c == 'D';
-        if (!allowed) {
+    // Only what a program prints as a number. from_chars takes no blanks,
+    // hexadecimal or leading '+' and reads the C locale's form whatever the
+    // process's locale; infinities and NaN it reads are turned away below.
+    if (!field.empty() && field.front() == '+') {
+        field.remove_prefix(1);
+        if (!field.empty() && (field.front() == '+' || field.front() == '-')) {
             return std::nullopt;
         }
-        copy.push_back(c == 'd' || c == 'D' ? 'E' : c);
     }
-    char* end = nullptr;
-    errno = 0;
-    double const value = std::strtod(copy.c_str(), &end);
-    if (end != copy.c_str() + copy.size() || errno == ERANGE || !std::isfinite(value)) {
+    // Fortran's D exponent, as in -0.75D+02.
+    char copy[64];
+    auto const exponent = field.find_first_of("dD");
+    if (exponent != std::string_view::npos) {
+        if (field.size() > sizeof copy) {
+            return std::nullopt;
+        }
+        field.copy(copy, field.size());
+        copy[exponent] = 'E';
+        field = std::string_view(copy, field.size());
+    }
+    double value = 0.0;
+    auto const [end, error] = std::from_chars(field.data(), field.data() + field.size(), value);
+    if (field.empty() || error != std::errc() || end != field.data() + field.size() || !std::isfinite(value)) {
         return std::nullopt;
     }
     return value;

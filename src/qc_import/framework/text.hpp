@@ -7,9 +7,21 @@
 
 namespace morv::qc::import {
 
-std::string_view trim(std::string_view text);
-bool starts_with(std::string_view text, std::string_view prefix);
-bool contains(std::string_view text, std::string_view part);
+// Every line of an output passes through these, so they are inline.
+inline bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v'; }
+inline std::string_view trim(std::string_view text) {
+    while (!text.empty() && is_blank(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && is_blank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+inline bool starts_with(std::string_view text, std::string_view prefix) {
+    return text.size() >= prefix.size() && text.compare(0, prefix.size(), prefix) == 0;
+}
+inline bool contains(std::string_view text, std::string_view part) { return text.find(part) != std::string_view::npos; }
 // Views into `text`, so that a field's position gives its span.
 std::vector<std::string_view> fields(std::string_view text);
 // The whole field must be a finite number, else nothing.

@@ -41,6 +41,12 @@ bool is_termination(std::string_view trimmed) {
     return starts_with(trimmed, "Normal termination of Gaussian") || starts_with(trimmed, "Error termination");
 }
 
+// The passes over a whole job look for a few lines among many: a line that
+// starts with none of `letters` is none of them.
+bool starts_with_one_of(std::string_view trimmed, std::string_view letters) {
+    return !trimmed.empty() && letters.find(trimmed.front()) != std::string_view::npos;
+}
+
 // Lines [begin, end) of one job: Gaussian writes one banner and one
 // termination line per job, and the jobs of a Link1 run follow each other in
 // one file.
@@ -54,6 +60,9 @@ std::vector<JobRange> split_jobs(LineCursor const& lines) {
     bool terminated = true;
     for (std::size_t i = 0; i < lines.size(); ++i) {
         auto const text = trim(lines.at(i).text);
+        if (!starts_with_one_of(text, "EN")) {
+            continue;
+        }
         bool const banner = starts_with(text, "Entering Gaussian System");
         bool const link1 = starts_with(text, "Entering Link 1 ");
         if (banner || (link1 && terminated)) {
@@ -130,6 +139,9 @@ public:
         terminated_ = false;
         for (std::size_t i = range_.begin; i < range_.end; ++i) {
             auto const text = trim(lines_.at(i).text);
+            if (!starts_with_one_of(text, "SNE")) {
+                continue;
+            }
             standard = standard || text == "Standard orientation:";
             terminated_ = terminated_ || is_termination(text);
         }
@@ -159,22 +171,91 @@ private:
 
     void read_line() {
         auto const text = trim(line().text);
-        if (!route_read_ && starts_with(text, "Input=")) {
-            read_input_name(text.substr(6));
-        } else if (!route_read_ && starts_with(text, "#")) {
+        // Most lines are none of these; a switch on the first byte keeps
+        // them to one comparison or two.
+        switch (text.empty() ? '\0' : text.front()) {
+            case '#': read_route_line(); break;
+            case '-': read_dash_line(text); break;
+            case '<': read_spin_line(text); break;
+            case 'A': read_a_line(text); break;
+            case 'C': read_c_line(text); break;
+            case 'D': read_d_line(text); break;
+            case 'E': read_e_line(text); break;
+            case 'H': read_h_line(text); break;
+            case 'I': read_i_line(text); break;
+            case 'M': read_m_line(text); break;
+            case 'N': read_n_line(text); break;
+            case 'Q': read_q_line(text); break;
+            case 'S': read_s_line(text); break;
+            case 'T': read_t_line(text); break;
+            case 'W': read_w_line(text); break;
+            case 'n': read_nuclear_repulsion_line(text); break;
+            default:
+                if (text.front() >= '0' && text.front() <= '9') {
+                    read_basis_size_line(text);
+                }
+                break;
+        }
+        // A reader that read a table leaves the cursor on its last line, or
+        // past the job's end when the job ended inside the table.
+        if (lines_.index() < range_.end) {
+            lines_.advance();
+        }
+    }
+
+    void read_route_line() {
+        if (!route_read_) {
             read_route();
-        } else if (starts_with(text, "Charge =") && !state_) {
+        }
+    }
+
+    void read_dash_line(std::string_view text) {
+        if (text == "- Thermochemistry -") {
+            read_thermochemistry();
+        }
+    }
+
+    void read_spin_line(std::string_view text) {
+        if (starts_with(text, "<Sx>=") && contains(text, "<S**2>=")) {
+            scalar(text, "<S**2>=", "spin_squared", "<S**2>", "");
+        }
+    }
+
+    void read_a_line(std::string_view text) {
+        if (starts_with(text, "Alpha  occ. eigenvalues --")) {
+            read_orbitals();
+        } else if (text == "APT charges:") {
+            read_charges("APT");
+        }
+    }
+
+    void read_c_line(std::string_view text) {
+        if (starts_with(text, "Charge =") && !state_) {
             read_charge(text);
-        } else if (text == (use_standard_ ? "Standard orientation:" : "Input orientation:")) {
-            read_orientation();
-        } else if (text == "Input orientation:") {
-            read_input_orientation();
-        } else if (starts_with(text, "SCF Done:")) {
-            read_scf(text);
-        } else if (contains(text, "EUMP2 =")) {
-            energy(text, "EUMP2 =", EnergyKind::correlated, "EUMP2", "MP2");
-        } else if (contains(text, "EUMP3=")) {
-            energy(text, "EUMP3=", EnergyKind::correlated, "EUMP3", "MP3");
+        } else if (starts_with(text, "CIS(D) Correction to the CiSingles state")) {
+            cisd_state_ = to_integer(fields(text).back());
+        } else if (starts_with(text, "CIS(D) Total")) {
+            read_cisd_total(text);
+        } else if (starts_with(text, "CCSD(T)=")) {
+            energy(text, "CCSD(T)=", EnergyKind::correlated, "CCSD(T)", "CCSD(T)");
+        } else if (starts_with(text, "Cartesian Forces:")) {
+            read_force_summary(text);
+        } else if (starts_with(text, "Center") && contains(text, "Forces (Hartrees/Bohr)")) {
+            read_forces();
+        }
+    }
+
+    void read_d_line(std::string_view text) {
+        if (starts_with(text, "DEMP5 =")) {
+            energy(text, " MP5 =", EnergyKind::correlated, "MP5", "MP5");
+        } else if (starts_with(text, "Dipole moment (field-independent basis, Debye):")) {
+            read_dipole();
+        }
+    }
+
+    void read_e_line(std::string_view text) {
+        if (starts_with(text, "Excited State ")) {
+            read_excited_state(text);
         } else if (starts_with(text, "E4(")) {
             for (auto const* key : {"UMP4(DQ)=", "UMP4(SDQ)=", "UMP4(SDTQ)="}) {
                 std::string_view const k = key;
@@ -182,64 +263,97 @@ private:
                     energy(text, k, EnergyKind::correlated, std::string(k.substr(0, k.size() - 1)), "MP4");
                 }
             }
-        } else if (starts_with(text, "DEMP5 =")) {
-            energy(text, " MP5 =", EnergyKind::correlated, "MP5", "MP5");
-        } else if (starts_with(text, "Wavefunction amplitudes converged. E(Corr)=")) {
+        } else if (contains(text, "EUMP2 =")) {
+            energy(text, "EUMP2 =", EnergyKind::correlated, "EUMP2", "MP2");
+        } else if (contains(text, "EUMP3=")) {
+            energy(text, "EUMP3=", EnergyKind::correlated, "EUMP3", "MP3");
+        } else if (is_termination(text)) {
+            read_termination(text);
+        }
+    }
+
+    void read_h_line(std::string_view text) {
+        if (starts_with(text, "Harmonic frequencies")) {
+            read_vibrations();
+        }
+    }
+
+    void read_i_line(std::string_view text) {
+        if (!route_read_ && starts_with(text, "Input=")) {
+            read_input_name(text.substr(6));
+        } else if (text == "Input orientation:") {
+            if (use_standard_) {
+                read_input_orientation();
+            } else {
+                read_orientation();
+            }
+        } else if (starts_with(text, "Item") && contains(text, "Converged?")) {
+            read_convergence();
+        }
+    }
+
+    void read_m_line(std::string_view text) {
+        if ((starts_with(text, "Mulliken charges") || starts_with(text, "Mulliken atomic charges")) &&
+            !contains(text, "summed")) {
+            read_charges("Mulliken");
+        }
+    }
+
+    void read_n_line(std::string_view text) {
+        if (is_termination(text)) {
+            read_termination(text);
+        }
+    }
+
+    void read_q_line(std::string_view text) {
+        if (starts_with(text, "QCISD(T)=")) {
+            energy(text, "QCISD(T)=", EnergyKind::correlated, "QCISD(T)", "QCISD(T)");
+        }
+    }
+
+    void read_s_line(std::string_view text) {
+        if (text == "Standard orientation:") {
+            if (use_standard_) {
+                read_orientation();
+            }
+        } else if (starts_with(text, "SCF Done:")) {
+            read_scf(text);
+        } else if (starts_with(text, "Step number")) {
+            read_step_number(text);
+        }
+    }
+
+    void read_t_line(std::string_view text) {
+        if (starts_with(text, "Total Energy, E(")) {
+            read_excited_total(text);
+        }
+    }
+
+    void read_w_line(std::string_view text) {
+        if (starts_with(text, "Wavefunction amplitudes converged. E(Corr)=")) {
             // The same line ends CCD, CCSD and QCISD, and the (T) step of
             // CCSD(T) and QCISD(T) follows it.
             auto const method = lower(route_.method);
             std::string const name = starts_with(method, "qcisd") ? "QCISD" : method == "ccd" ? "CCD" : "CCSD";
             energy(text, "E(Corr)=", EnergyKind::correlated, name, name);
-        } else if (starts_with(text, "CCSD(T)=")) {
-            energy(text, "CCSD(T)=", EnergyKind::correlated, "CCSD(T)", "CCSD(T)");
-        } else if (starts_with(text, "QCISD(T)=")) {
-            energy(text, "QCISD(T)=", EnergyKind::correlated, "QCISD(T)", "QCISD(T)");
-        } else if (starts_with(text, "Total Energy, E(")) {
-            read_excited_total(text);
-        } else if (starts_with(text, "Excited State ")) {
-            read_excited_state(text);
-        } else if (starts_with(text, "CIS(D) Correction to the CiSingles state")) {
-            cisd_state_ = to_integer(fields(text).back());
-        } else if (starts_with(text, "CIS(D) Total")) {
-            read_cisd_total(text);
-        } else if (contains(text, "Forces (Hartrees/Bohr)")) {
-            read_forces();
-        } else if (starts_with(text, "Cartesian Forces:")) {
-            read_force_summary(text);
-        } else if (starts_with(text, "Step number")) {
-            read_step_number(text);
-        } else if (starts_with(text, "Item") && contains(text, "Converged?")) {
-            read_convergence();
-        } else if (starts_with(text, "Harmonic frequencies")) {
-            read_vibrations();
-        } else if (text == "- Thermochemistry -") {
-            read_thermochemistry();
-        } else if (starts_with(text, "Alpha  occ. eigenvalues --")) {
-            read_orbitals();
-        } else if ((starts_with(text, "Mulliken charges") || starts_with(text, "Mulliken atomic charges")) &&
-                   !contains(text, "summed")) {
-            read_charges("Mulliken");
-        } else if (text == "APT charges:") {
-            read_charges("APT");
-        } else if (starts_with(text, "Dipole moment (field-independent basis, Debye):")) {
-            read_dipole();
-        } else if (starts_with(text, "nuclear repulsion energy")) {
+        }
+    }
+
+    void read_nuclear_repulsion_line(std::string_view text) {
+        if (starts_with(text, "nuclear repulsion energy")) {
             scalar(text, "nuclear repulsion energy", "nuclear_repulsion_energy", "Nuclear repulsion energy",
                    "hartree");
-        } else if (contains(text, "basis functions,") && contains(text, "primitive gaussians")) {
-            auto const values = fields(text);
-            if (auto const count = to_double(values.front())) {
-                add_scalar("basis_functions", "Number of basis functions", *count, span(values.front()));
-            }
-        } else if (starts_with(text, "<Sx>=") && contains(text, "<S**2>=")) {
-            scalar(text, "<S**2>=", "spin_squared", "<S**2>", "");
-        } else if (is_termination(text)) {
-            read_termination(text);
         }
-        // A reader that read a table leaves the cursor on its last line, or
-        // past the job's end when the job ended inside the table.
-        if (lines_.index() < range_.end) {
-            lines_.advance();
+    }
+
+    // "   100 basis functions,   188 primitive gaussians, ..."
+    void read_basis_size_line(std::string_view text) {
+        if (!contains(text, "basis functions,") || !contains(text, "primitive gaussians")) {
+            return;
+        }
+        auto const values = fields(text);
+        if (auto const count = to_double(values.front())) {
+            add_scalar("basis_functions", "Number of basis functions", *count, span(values.front()));
         }
     }
 
@@ -1090,13 +1204,39 @@ private:
             return;
         }
         for (std::size_t i = route_line_; i < range_.end; ++i) {
-            auto const& current = lines_.at(i);
-            auto const text = trim(current.text);
-            if (starts_with(text, "Warning") || starts_with(text, "WARNING") || starts_with(text, "*** WARNING")) {
-                diagnostics_.push_back({Severity::warning, "gaussian.warning", std::string(text),
-                                        span_of_part(source_, current, text)});
+            auto const text = trim(lines_.at(i).text);
+            if (starts_with_one_of(text, "W*") &&
+                (starts_with(text, "Warning") || starts_with(text, "WARNING") || starts_with(text, "*** WARNING"))) {
+                i = read_warning(i);
             }
         }
+    }
+
+    // A warning goes on over the lines indented deeper than its first:
+    //  Warning -- explicit consideration of  11 degrees of freedom as
+    //            vibrations may cause significant error
+    // Returns the index of its last line.
+    std::size_t read_warning(std::size_t first) {
+        auto const& head = lines_.at(first);
+        auto const head_text = trim(head.text);
+        auto const indent = static_cast<std::size_t>(head_text.data() - head.text.data());
+        std::string message(head_text);
+        std::size_t last = first;
+        while (last + 1 < range_.end) {
+            auto const& next_line = lines_.at(last + 1);
+            auto const next_text = trim(next_line.text);
+            if (next_text.empty() || static_cast<std::size_t>(next_text.data() - next_line.text.data()) <= indent) {
+                break;
+            }
+            message += ' ';
+            message += next_text;
+            ++last;
+        }
+        auto source = span_of_part(source_, head, head_text);
+        auto const& tail = lines_.at(last);
+        source.end = span_of_part(source_, tail, trim(tail.text)).end;
+        diagnostics_.push_back({Severity::warning, "gaussian.warning", std::move(message), source});
+        return last;
     }
 
     void read_termination(std::string_view text) {
