@@ -255,6 +255,21 @@ TEST(GaussianOutputs, ExcitedStates) {
     ASSERT_EQ(state.contributions.size(), 10u);
     EXPECT_EQ(state.contributions[3].coefficient, 0.48145);
     EXPECT_TRUE(state.contributions[8].reverse);
+    // Four tables of a row per state: electric and velocity dipoles, and
+    // rotatory strengths in both gauges; each row takes its state's energy.
+    ASSERT_EQ(block.absorption_peaks.size(), 20u);
+    auto const& second = block.absorption_peaks[1];
+    EXPECT_EQ(second.spectrum_kind, "Ground to excited state transition electric dipole moments (Au)");
+    EXPECT_EQ(second.target_state_index, 2);
+    EXPECT_EQ(second.transition_moment_au, (chem::Vec3{0.0386, 2.2686, 0.0}));
+    EXPECT_EQ(second.strength, 5.1481);
+    EXPECT_EQ(second.oscillator_strength, 0.6779);
+    EXPECT_EQ(second.excitation_energy, block.states[1].excitation_energy);
+    EXPECT_EQ(second.source->begin.line, 592u);
+    auto const& last = block.absorption_peaks.back();
+    EXPECT_EQ(last.spectrum_kind, "Rotatory Strengths (R) in cgs (10**-40 erg-esu-cm/Gauss) R(length)");
+    EXPECT_EQ(last.rotatory_strength, -0.0);
+    EXPECT_EQ(last.reported_wavelength_nm, block.states[4].reported_wavelength_nm);
 }
 
 // CIS(D) prints a total for each of its states after the CIS ones.

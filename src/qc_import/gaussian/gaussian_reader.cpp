@@ -181,11 +181,13 @@ private:
             case 'C': read_c_line(text); break;
             case 'D': read_d_line(text); break;
             case 'E': read_e_line(text); break;
+            case 'G': read_g_line(text); break;
             case 'H': read_h_line(text); break;
             case 'I': read_i_line(text); break;
             case 'M': read_m_line(text); break;
             case 'N': read_n_line(text); break;
             case 'Q': read_q_line(text); break;
+            case 'R': read_r_line(text); break;
             case 'S': read_s_line(text); break;
             case 'T': read_t_line(text); break;
             case 'W': read_w_line(text); break;
@@ -269,6 +271,63 @@ private:
             energy(text, "EUMP3=", EnergyKind::correlated, "EUMP3", "MP3");
         } else if (is_termination(text)) {
             read_termination(text);
+        }
+    }
+
+    void read_g_line(std::string_view text) {
+        if (text == "Ground to excited state transition electric dipole moments (Au):" ||
+            text == "Ground to excited state transition velocity dipole moments (Au):") {
+            read_peak_table(text.substr(0, text.size() - 1));
+        }
+    }
+
+    void read_r_line(std::string_view text) {
+        if (text == "Rotatory Strengths (R) in cgs (10**-40 erg-esu-cm/Gauss)") {
+            read_peak_table(text);
+        }
+    }
+
+    // The tables above the states of a TD or CIS job, one row a state:
+    //        state          X           Y           Z        Dip. S.      Osc.
+    //          1         0.1090     -1.1375      0.0000      1.3058      0.1707
+    // or, for rotatory strengths, "state XX YY ZZ R(velocity) E-M Angle".
+    // The states' energies come later; close_excited() puts them in.
+    void read_peak_table(std::string_view title) {
+        if (!next()) {
+            return;
+        }
+        auto const header = fields(line().text);
+        if (header.size() < 5 || header[0] != "state") {
+            return;
+        }
+        bool const rotatory = starts_with(header[4], "R(");
+        std::string const kind = rotatory ? std::string(title) + " " + std::string(header[4]) : std::string(title);
+        while (has_next()) {
+            auto const row = fields(lines_.at(lines_.index() + 1).text);
+            auto const index = row.empty() ? std::nullopt : to_integer(row[0]);
+            if (!index || *index < 1 || *index > 1000000 || row.size() < (rotatory ? 5u : 6u)) {
+                break;
+            }
+            next();
+            AbsorptionPeak peak;
+            peak.spectrum_kind = kind;
+            peak.transition = "0 -> " + std::string(row[0]);
+            peak.target_state_index = static_cast<int>(*index);
+            if (rotatory) {
+                peak.rotatory_strength = to_double(row[4]);
+            } else {
+                auto const x = to_double(row[1]);
+                auto const y = to_double(row[2]);
+                auto const z = to_double(row[3]);
+                if (x && y && z) {
+                    peak.transition_moment_au = chem::Vec3{*x, *y, *z};
+                }
+                peak.strength_label = "Dip. S.";
+                peak.strength = to_double(row[4]);
+                peak.oscillator_strength = to_double(row[5]);
+            }
+            peak.source = span_of_line(source_, line());
+            pending_peaks_.push_back(std::move(peak));
         }
     }
 
@@ -701,9 +760,25 @@ private:
 
     void close_excited() {
         if (excited_) {
+            take_pending_peaks();
             builder_.add_analysis(job_, excited_step_, std::move(*excited_), excited_span_);
             excited_.reset();
         }
+    }
+
+    // The peaks read before these states get their energies and wavelengths.
+    void take_pending_peaks() {
+        for (auto& peak : pending_peaks_) {
+            for (auto const& state : excited_->states) {
+                if (state.index == peak.target_state_index) {
+                    peak.excitation_energy = state.excitation_energy.value_or(0.0);
+                    peak.reported_wavelength_nm = state.reported_wavelength_nm;
+                    break;
+                }
+            }
+        }
+        excited_->absorption_peaks = std::move(pending_peaks_);
+        pending_peaks_.clear();
     }
 
     // Center, atomic number, then the force on the atom; the gradient is its
@@ -1304,6 +1379,7 @@ private:
     std::vector<chem::Vec3> step_input_positions_;
     ScalarPropertyBlock scalars_;
     std::optional<ExcitedStateBlock> excited_;
+    std::vector<AbsorptionPeak> pending_peaks_;
     SourceSpan excited_span_;
     std::optional<StepId> excited_step_;
     std::optional<long long> followed_state_;
