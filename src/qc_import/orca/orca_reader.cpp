@@ -524,8 +524,8 @@ private:
             numbers.push_back(atomic_number_of(values[0]));
             positions.push_back({*x, *y, *z});
         }
-        // A table cut by the end of the output is left out.
-        if (positions.empty() || !has_next()) {
+        // A blank line ends the table; one cut short is left out.
+        if (positions.empty() || !peek(1).empty() || !has_next()) {
             return;
         }
         auto const table = span_of_lines(source_, first, line());
@@ -615,7 +615,8 @@ private:
             next();
             vectors.push_back({*x, *y, *z});
         }
-        if (vectors.empty() || !has_next() || (atom_count_ != 0 && vectors.size() != atom_count_)) {
+        if (vectors.empty() || !has_next() || !peek(1).empty() ||
+            (atom_count_ != 0 && vectors.size() != atom_count_)) {
             return;
         }
         GradientRecord record;
@@ -792,9 +793,7 @@ private:
             auto const text = trim(line().text);
             if (starts_with(text, "Method ")) {
                 auto const method = trim(text.substr(text.find(':') + 1));
-                if (!method.empty() && method != "SCF") {
-                    moment.method = std::string(method);
-                }
+                moment.method = method == "SCF" ? scf_method() : std::string(method);
             } else if (starts_with(text, "Type of density") && !contains(text, "Electron Density")) {
                 moment.density_type = ascii_lower(trim(text.substr(text.find(':') + 1)));
             } else if (starts_with(text, "Total Dipole Moment")) {
@@ -1317,7 +1316,7 @@ private:
     }
 
     // ORCA's warnings, "WARNING: Geometry Optimization" with the lines that
-    // explain it ("  ===> : Switching off AutoStart"), and the note of an
+    // explain it ("  ===> : Switching off AutoStart ..."), and the note of an
     // SCF that started from the orbitals of an earlier run.
     void read_notes() {
         for (std::size_t i = range_.begin; i < range_.end; ++i) {
@@ -1326,9 +1325,14 @@ private:
             if ((starts_with(text, "WARNING") && text != "WARNINGS") || starts_with(text, "! Warning")) {
                 std::string message(text.front() == '!' ? trim(text.substr(1)) : text);
                 std::size_t last = i;
-                while (last + 1 < range_.end && starts_with(trim(lines_.at(last + 1).text), "===>")) {
+                // The explanation is indented under the warning.
+                while (last + 1 < range_.end && starts_with(lines_.at(last + 1).text, " ")) {
+                    auto const more = trim(lines_.at(last + 1).text);
+                    if (more.empty() || more.front() == '!') {
+                        break;
+                    }
                     ++last;
-                    message += " " + std::string(trim(lines_.at(last).text));
+                    message += " " + std::string(more);
                 }
                 diagnostics_.push_back({Severity::warning, "orca.warning", std::move(message),
                                         span_of_lines(source_, current, lines_.at(last))});
