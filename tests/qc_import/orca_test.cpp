@@ -145,13 +145,15 @@ TEST(OrcaOutputs, EnergiesOfTheirMethods) {
     }
     // MP2 and MP3 as their runs print them.
     auto const mp = import_output(" * O   R   C   A *\n"
-                                  "MP2 TOTAL ENERGY:      -74.999374598 Eh\n"
                                   "E(MP3)  =    -75.009120941   EC(MP3)=    -0.045546696  E3=    -0.009746325\n"
+                                  "MP2 TOTAL ENERGY:      -74.999374598 Eh\n"
+                                  "CPCM Dielectric    :  -0.00203326633278 Eh  -0.05533 eV\n"
                                   "                             ****ORCA TERMINATED NORMALLY****\n",
                                   "mp.out");
     ASSERT_EQ(mp.value.steps.size(), 1u);
     EXPECT_EQ(energy_labelled(mp.value.steps[0], "MP2")->value, -74.999374598);
     EXPECT_EQ(energy_labelled(mp.value.steps[0], "E(MP3)")->method, "MP3");
+    EXPECT_EQ(mp.value.steps[0].primary_energy_id, energy_labelled(mp.value.steps[0], "MP2")->id);
 }
 
 TEST(OrcaOutputs, OptimisationSteps) {
