@@ -83,6 +83,8 @@ PRINTED = [
     ("dvb_rocis.out", lambda d: [len(a["states"]) for a in analyses(d, "excited_states")], [4, 5]),
     ("dvb_rocis.out", lambda d: analyses(d, "excited_states")[0]["states"][0]["reported_millihartree"], 10718.290),
     ("Trp_polar.out", lambda d: len(d["systems"][0]["topology"]["atoms"]), 27),
+    ("Trp_polar.out", lambda d: [p["value"] for a in analyses(d, "scalar_properties") for p in a["properties"]
+                                 if p["key"] == "isotropic_polarizability"], [74.12424]),
 ]
 
 

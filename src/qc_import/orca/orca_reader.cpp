@@ -403,6 +403,9 @@ private:
         case 'I':
             if (starts_with(text, "IROOT=")) {
                 read_root(text);
+            } else if (starts_with(text, "Isotropic polarizability")) {
+                scalar(text, "Isotropic polarizability", "isotropic_polarizability", "Isotropic polarizability",
+                       "bohr^3");
             }
             break;
         case 'M':
