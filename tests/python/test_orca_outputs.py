@@ -109,7 +109,7 @@ def test_agrees_with_cclib_where_it_reads(path):
         pytest.skip(f"cclib does not read {path.name}")
     _, doc = imported(path)
     assert [a["atomic_number"] for a in doc["systems"][0]["topology"]["atoms"]] == list(map(int, data.atomnos))
-    scf = energies(doc, "TOTAL SCF ENERGY")
+    scf = energies(doc, "Total Energy")
     assert scf == pytest.approx([convertor(v, "eV", "hartree") for v in data.scfenergies], abs=1e-6)
 
 

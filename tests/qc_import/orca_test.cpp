@@ -127,7 +127,7 @@ TEST(OrcaOutputs, EnergiesOfTheirMethods) {
         double value;
     };
     constexpr Row rows[] = {
-        {"water_ccsd_t.out", "TOTAL SCF ENERGY", "HF", EnergyKind::scf, -74.96357424008319},
+        {"water_ccsd_t.out", "Total Energy", "HF", EnergyKind::scf, -74.96357424008319},
         {"water_ccsd_t.out", "CCSD", "CCSD", EnergyKind::correlated, -75.013487814},
         {"water_ccsd_t.out", "CCSD(T)", "CCSD(T)", EnergyKind::correlated, -75.013556306},
         {"water_hf_solvent_smd.log", "CPCM Dielectric", "", EnergyKind::unknown, -0.00203326633278},
@@ -191,11 +191,49 @@ TEST(OrcaOutputs, OptimisationSteps) {
     EXPECT_EQ(third.status, ConvergenceStatus::converged);
     EXPECT_FALSE(document.steps.back().convergence);
     ASSERT_EQ(result.diagnostics.size(), 2u);
-    EXPECT_EQ(result.diagnostics[1].code, "orca.warning");
+    EXPECT_EQ(result.diagnostics[0].code, "orca.warning");
+    EXPECT_EQ(result.diagnostics[1].code, "orca.autostart_off");
+    EXPECT_EQ(result.diagnostics[1].severity, model::Severity::note);
     EXPECT_EQ(result.diagnostics[1].message, "WARNING: Geometry Optimization ===> : Switching off AutoStart For "
                                              "restart on a previous wavefunction, please use MOREAD");
     EXPECT_EQ(result.diagnostics[1].source->begin.line, 171u);
     EXPECT_EQ(result.diagnostics[1].source->end.line, 173u);
+}
+
+// An optimisation with frequencies is two jobs, the second from the final
+// evaluation at the stationary point on. No such output is at hand: the
+// frequencies of dvb_ir.out set into dvb_gopt.out, whose input then asks for
+// them, stand in for one.
+TEST(OrcaOutputs, OptimisationThenFrequencies) {
+    auto text = read_output("dvb_gopt.out");
+    auto const ir = read_output("dvb_ir.out");
+    text.replace(text.find("usesym opt"), 10, "usesym opt freq");
+    auto const from = ir.find("-----------------------\nVIBRATIONAL FREQUENCIES");
+    auto const to = ir.find('\n', ir.find("G-E(el)")) + 1;
+    text.insert(text.find("                             ****ORCA TERMINATED NORMALLY****"), ir.substr(from, to - from));
+    auto const result = import_output(text, "opt_freq.out");
+    auto const& document = result.value;
+    EXPECT_EQ(result.status, model::ParseStatus::complete);
+    ASSERT_EQ(document.jobs.size(), 2u);
+    auto const& optimisation = document.jobs[0];
+    EXPECT_EQ(optimisation.tasks, std::vector<TaskKind>{TaskKind::optimization});
+    EXPECT_EQ(optimisation.step_ids.size(), 3u);
+    EXPECT_EQ(optimisation.termination.reason, "THE OPTIMIZATION HAS CONVERGED");
+    EXPECT_EQ(spanned(text, *optimisation.termination.source), optimisation.termination.reason);
+    auto const& frequencies = document.jobs[1];
+    EXPECT_EQ(frequencies.tasks, std::vector<TaskKind>{TaskKind::frequency});
+    EXPECT_EQ(frequencies.keywords, "! rks b3lyp sto-3g usesym opt freq");
+    EXPECT_EQ(frequencies.parent_job_id, JobId(1));
+    EXPECT_EQ(frequencies.step_ids, std::vector<StepId>{StepId(4)});
+    EXPECT_EQ(frequencies.termination.kind, TerminationKind::normal);
+    for (auto const& block : document.analyses) {
+        if (std::holds_alternative<VibrationalBlock>(block.payload)) {
+            EXPECT_EQ(block.job_id, JobId(2));
+            EXPECT_EQ(block.reference_step_id, StepId(4));
+        }
+    }
+    EXPECT_EQ(analyses_of<VibrationalBlock>(document).size(), 1u);
+    EXPECT_TRUE(validate_document(document).empty());
 }
 
 TEST(OrcaOutputs, AnalysesOfAFrequencyJob) {

@@ -116,7 +116,7 @@ JobInput job_input(std::vector<std::string_view> const& lines) {
     for (auto const line : lines) {
         auto const lowered = ascii_lower(line);
         if (starts_with(line, "!")) {
-            keywords += std::string(keywords.empty() ? "" : " ") + std::string(trim(line.substr(1)));
+            keywords += std::string(keywords.empty() ? "" : " ") + std::string(line);
         } else if (starts_with(lowered, "%tddft") || starts_with(lowered, "%cis") || starts_with(lowered, "%rocis")) {
             job.excited_block = true;
         } else if (starts_with(line, "*") && !job.state) {
@@ -168,21 +168,64 @@ RunInput read_input_echo(LineCursor const& lines) {
     return input;
 }
 
-// Lines [begin, end) of one job. Each job after the first of a run starts at
-// ORCA's "$$$ JOB NUMBER 2 $$$" banner.
+// Lines [begin, end) of one job and the input part it runs. Each job after
+// the first of a run starts at ORCA's "$$$ JOB NUMBER 2 $$$" banner; an
+// optimisation followed by frequencies is two jobs, the second starting at
+// the final evaluation at the stationary point.
 struct JobRange {
     std::size_t begin = 0;
     std::size_t end = 0;
+    JobInput input;
+    // The optimisation of such a pair, which ends where it converged.
+    bool optimisation_part = false;
 };
 
-std::vector<JobRange> split_jobs(LineCursor const& lines) {
-    std::vector<JobRange> jobs{{0, lines.size()}};
+bool has_task(std::vector<TaskKind> const& tasks, TaskKind task) {
+    return std::find(tasks.begin(), tasks.end(), task) != tasks.end();
+}
+
+void split_optimisation_and_frequencies(LineCursor const& lines, std::vector<JobRange>& jobs) {
+    auto& last = jobs.back();
+    auto const& tasks = last.input.simple.tasks;
+    if (!has_task(tasks, TaskKind::optimization) || !has_task(tasks, TaskKind::frequency)) {
+        return;
+    }
+    for (std::size_t i = last.begin + 1; i < last.end; ++i) {
+        if (contains(lines.at(i).text, "FINAL ENERGY EVALUATION AT THE STATIONARY POINT")) {
+            // The box of stars above the words opens the frequency job.
+            std::size_t const split = trim(lines.at(i - 1).text).front() == '*' ? i - 1 : i;
+            JobRange frequencies{split, last.end, last.input, false};
+            frequencies.input.simple.tasks.erase(std::remove(frequencies.input.simple.tasks.begin(),
+                                                             frequencies.input.simple.tasks.end(),
+                                                             TaskKind::optimization),
+                                                 frequencies.input.simple.tasks.end());
+            last.end = split;
+            last.optimisation_part = true;
+            last.input.simple.tasks.erase(
+                std::remove(last.input.simple.tasks.begin(), last.input.simple.tasks.end(), TaskKind::frequency),
+                last.input.simple.tasks.end());
+            jobs.push_back(std::move(frequencies));
+            return;
+        }
+    }
+}
+
+std::vector<JobRange> split_jobs(LineCursor const& lines, RunInput const& run) {
+    std::vector<std::size_t> starts{0};
     for (std::size_t i = 0; i < lines.size(); ++i) {
         auto const text = trim(lines.at(i).text);
         if (starts_with(text, "$$$") && contains(text, "JOB NUMBER")) {
-            jobs.back().end = i;
-            jobs.push_back({i, lines.size()});
+            starts.push_back(i);
         }
+    }
+    std::vector<JobRange> jobs;
+    for (std::size_t j = 0; j < starts.size(); ++j) {
+        std::size_t const end = j + 1 < starts.size() ? starts[j + 1] : lines.size();
+        if (end <= starts[j]) {
+            continue;
+        }
+        jobs.push_back({starts[j], end, run.jobs.at(std::min(j, run.jobs.size() - 1)), false});
+        split_optimisation_and_frequencies(lines, jobs);
     }
     return jobs;
 }
@@ -191,9 +234,9 @@ std::optional<ExcitationContribution> contribution_of(std::string_view text);
 
 class JobReader {
 public:
-    JobReader(DocumentBuilder& builder, model::SourceId source, LineCursor& lines, JobRange range,
-              JobInput const& input, std::vector<Diagnostic>& diagnostics)
-        : builder_(builder), source_(source), lines_(lines), range_(range), input_(input),
+    JobReader(DocumentBuilder& builder, model::SourceId source, LineCursor& lines, JobRange const& range,
+              std::vector<Diagnostic>& diagnostics)
+        : builder_(builder), source_(source), lines_(lines), range_(range), input_(range.input),
           diagnostics_(diagnostics) {}
 
     void read() {
@@ -305,6 +348,12 @@ private:
         } else if (contains(text, "THE OPTIMIZATION HAS CONVERGED")) {
             if (step_ && builder_.step(*step_).convergence) {
                 builder_.step(*step_).convergence->status = ConvergenceStatus::converged;
+            }
+            if (range_.optimisation_part) {
+                auto& termination = builder_.job(job_).termination;
+                termination.kind = TerminationKind::normal;
+                termination.reason = "THE OPTIMIZATION HAS CONVERGED";
+                termination.source = span(trim(text.substr(text.find("THE OPTIMIZATION"), 30)));
             }
         } else if (contains(text, "Parameter Scan Calculation")) {
             add_task(TaskKind::scan);
@@ -442,7 +491,7 @@ private:
         case 'T':
             if (starts_with(text, "Total Energy ") && text.find(':') != std::string_view::npos &&
                 trim(text.substr(12, text.find(':') - 12)).empty()) {
-                energy(text, ":", EnergyKind::scf, "TOTAL SCF ENERGY", scf_method());
+                energy(text, ":", EnergyKind::scf, "Total Energy", scf_method());
             } else if (starts_with(text, "T1 diagnostic")) {
                 scalar(text, "T1 diagnostic", "t1_diagnostic", "T1 diagnostic", "");
             } else if (starts_with(text, "TRAJECTORY STEP")) {
@@ -550,7 +599,12 @@ private:
             }
         }
         close_step();
-        auto const frame = builder_.add_frame(*system_, std::move(positions), table);
+        // The frequencies after an optimisation start from its last geometry.
+        auto const& frames = builder_.document().frames;
+        auto const frame = !step_ && !frames.empty() && frames.back().system_id == *system_ &&
+                                   frames.back().positions_angstrom == positions
+                               ? frames.back().id
+                               : builder_.add_frame(*system_, std::move(positions), table);
         step_ = builder_.add_step(job_, frame, table);
         builder_.step(*step_).native_cycle = pending_cycle_;
         pending_cycle_.reset();
@@ -1337,7 +1391,11 @@ private:
                     ++last;
                     message += " " + std::string(more);
                 }
-                diagnostics_.push_back({Severity::warning, "orca.warning", std::move(message),
+                // Switching AutoStart off is ORCA telling what it does, not
+                // a fault.
+                bool const autostart = contains(message, "Switching off AutoStart");
+                diagnostics_.push_back({autostart ? Severity::note : Severity::warning,
+                                        autostart ? "orca.autostart_off" : "orca.warning", std::move(message),
                                         span_of_lines(source_, current, lines_.at(last))});
                 i = last;
             } else if (text == "Checking for AutoStart:") {
@@ -1386,7 +1444,7 @@ private:
     DocumentBuilder& builder_;
     model::SourceId source_;
     LineCursor& lines_;
-    JobRange range_;
+    JobRange const& range_;
     JobInput const& input_;
     std::vector<Diagnostic>& diagnostics_;
 
@@ -1482,13 +1540,9 @@ model::ParseResult<Document> read(std::string_view text, std::string_view file_n
         program.input_file_name = input.file_name;
         builder.source_for(input.file_name, std::nullopt);
     }
-    auto const ranges = split_jobs(lines);
-    for (std::size_t j = 0; j < ranges.size(); ++j) {
-        if (ranges[j].end <= ranges[j].begin) {
-            continue;
-        }
-        auto const& job_input = input.jobs.at(std::min(j, input.jobs.size() - 1));
-        JobReader(builder, source, lines, ranges[j], job_input, result.diagnostics).read();
+    auto const ranges = split_jobs(lines, input);
+    for (auto const& range : ranges) {
+        JobReader(builder, source, lines, range, result.diagnostics).read();
     }
 
     // ORCA writes its termination line once, after the last job: a job

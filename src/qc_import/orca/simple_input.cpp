@@ -51,7 +51,10 @@ SimpleInput parse_simple_input(std::string_view keywords) {
     SimpleInput input;
     input.text = std::string(trim(keywords));
     bool excited = false;
-    for (auto const field : fields(keywords)) {
+    for (auto field : fields(keywords)) {
+        while (!field.empty() && field.front() == '!') {
+            field.remove_prefix(1);
+        }
         auto const name = ascii_lower(field);
         if (is_any(name, {"opt", "copt", "zopt", "gdiis-opt", "tightopt", "looseopt", "verytightopt", "optts"})) {
             add_task(input.tasks, TaskKind::optimization);
@@ -65,7 +68,7 @@ SimpleInput parse_simple_input(std::string_view keywords) {
             if (input.basis_set.empty()) {
                 input.basis_set = ascii_upper(field);
             }
-        } else if (!is_setting(name) && !contains(name, "/") && input.method.empty()) {
+        } else if (!name.empty() && !is_setting(name) && !contains(name, "/") && input.method.empty()) {
             input.method = ascii_upper(field);
             excited = contains(name, "eom-") || is_any(name, {"cis", "cis(d)"}) || starts_with_any(name, {"adc", "rocis"});
         }

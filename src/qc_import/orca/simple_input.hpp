@@ -10,14 +10,14 @@
 namespace morv::qc::import::orca {
 
 struct SimpleInput {
-    // The keywords as written, the lines joined with blanks.
+    // The "!" lines as written, joined with blanks.
     std::string text;
     std::string method;
     std::string basis_set;
     std::vector<TaskKind> tasks;
 };
 
-// `keywords` is the text of the "!" lines, without the "!".
+// `keywords` is the text of the "!" lines.
 SimpleInput parse_simple_input(std::string_view keywords);
 
 }  // namespace morv::qc::import::orca
