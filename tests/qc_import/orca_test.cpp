@@ -339,6 +339,39 @@ TEST(OrcaOutputs, ExcitedStatesAndSpectra) {
               "RIGHT TRANSITION MOMENTS: ABSORPTION SPECTRUM VIA TRANSITION ELECTRIC DIPOLE MOMENTS");
 }
 
+// ORCA 5 numbers the rows of a spectrum by the state and gives no energy in
+// eV.
+TEST(OrcaOutputs, SpectrumOfOrca5) {
+    auto const result = import_output(
+        " * O   R   C   A *\n"
+        "---------------------------------\n"
+        "TD-DFT EXCITED STATES (SINGLETS)\n"
+        "---------------------------------\n"
+        "STATE  1:  E=   0.196688 au      5.352 eV    43168.0 cm**-1 <S**2> =   0.000000\n"
+        "    34a ->  35a  :     0.934296 (c=  0.96659001)\n"
+        "\n"
+        "-----------------------------------------------------------------------------\n"
+        "         ABSORPTION SPECTRUM VIA TRANSITION ELECTRIC DIPOLE MOMENTS\n"
+        "-----------------------------------------------------------------------------\n"
+        "State   Energy    Wavelength  fosc         T2         TX        TY        TZ\n"
+        "        (cm-1)      (nm)                 (au**2)     (au)      (au)      (au)\n"
+        "-----------------------------------------------------------------------------\n"
+        "   1   43168.0    231.7   0.005038390   0.03842   0.16288   0.10906   0.00000\n"
+        "\n"
+        "                             ****ORCA TERMINATED NORMALLY****\n",
+        "td5.out");
+    auto const blocks = analyses_of<ExcitedStateBlock>(result.value);
+    ASSERT_EQ(blocks.size(), 1u);
+    EXPECT_EQ(blocks[0]->method, "TD-DFT");
+    ASSERT_EQ(blocks[0]->absorption_peaks.size(), 1u);
+    auto const& peak = blocks[0]->absorption_peaks[0];
+    EXPECT_EQ(peak.target_state_index, 1);
+    EXPECT_EQ(peak.excitation_energy, 43168.0 / 219474.6313632);
+    EXPECT_EQ(peak.oscillator_strength, 0.005038390);
+    EXPECT_EQ(peak.strength_label, "T2");
+    EXPECT_EQ(peak.transition_moment_au->y, 0.10906);
+}
+
 // Spin up and spin down orbitals, charges with spin populations, and the
 // note of an SCF that started from an earlier run's orbitals.
 TEST(OrcaOutputs, UnrestrictedRun) {
