@@ -1,11 +1,11 @@
 """ORCA outputs imported into documents, checked against the numbers that the
-outputs print. Debian's cclib 1.6 gives up on every ORCA 6 output at hand (it
-stops on the version banner), so the printed text is the reference: each
-output must import, complete, into a document that validates and passes the
-JSON Schema; every "FINAL SINGLE POINT ENERGY" line must come back as it
-stands; and a table of values copied from the outputs covers what the C++
-tests' bundled outputs do not. Where cclib does read an output, its atoms and
-SCF energies are a second opinion."""
+outputs print. Debian's cclib 1.6 gives up on every ORCA 6 output at hand (an
+IndexError on the version banner, a ValueError on the scan's parameters; see
+bench/README.md), so it can be no second opinion here and the printed text is
+the reference: each output must import, complete, into a document that
+validates and passes the JSON Schema; every "FINAL SINGLE POINT ENERGY" line
+must come back as it stands; and a table of values copied from the outputs
+covers what the C++ tests' bundled outputs do not."""
 
 import json
 import os
@@ -94,23 +94,6 @@ def test_values_as_printed(name, view, printed):
         pytest.skip(f"the shared ORCA outputs are not at MORV_SHARED_OUTPUTS={SHARED!r}")
     _, doc = imported(SHARED_ORCA / name)
     assert view(doc) == pytest.approx(printed) if isinstance(printed, float) else view(doc) == printed
-
-
-@pytest.mark.parametrize("path", outputs(), ids=lambda p: p.name)
-def test_agrees_with_cclib_where_it_reads(path):
-    cclib = pytest.importorskip("cclib", reason="cclib (Debian's python3-cclib) is a second opinion")
-    from cclib.parser.utils import convertor
-
-    try:
-        data = cclib.io.ccread(str(path))
-    except Exception:  # cclib 1.6 stops on ORCA 6's banner
-        data = None
-    if data is None or not hasattr(data, "atomnos"):
-        pytest.skip(f"cclib does not read {path.name}")
-    _, doc = imported(path)
-    assert [a["atomic_number"] for a in doc["systems"][0]["topology"]["atoms"]] == list(map(int, data.atomnos))
-    scf = energies(doc, "Total Energy")
-    assert scf == pytest.approx([convertor(v, "eV", "hartree") for v in data.scfenergies], abs=1e-6)
 
 
 def test_shared_outputs_present():
