@@ -338,10 +338,7 @@ private:
 
     void read_starred(std::string_view text) {
         if (is_normal_termination(text)) {
-            auto& termination = builder_.job(job_).termination;
-            termination.kind = TerminationKind::normal;
-            termination.reason = "ORCA TERMINATED NORMALLY";
-            termination.source = span(text);
+            end_normally("ORCA TERMINATED NORMALLY", span(text));
         } else if (contains(text, "GEOMETRY OPTIMIZATION CYCLE")) {
             auto const values = fields(text.substr(text.find("CYCLE") + 5));
             pending_cycle_ = values.empty() ? std::nullopt : small_integer(values.front());
@@ -350,14 +347,19 @@ private:
                 builder_.step(*step_).convergence->status = ConvergenceStatus::converged;
             }
             if (range_.optimisation_part) {
-                auto& termination = builder_.job(job_).termination;
-                termination.kind = TerminationKind::normal;
-                termination.reason = "THE OPTIMIZATION HAS CONVERGED";
-                termination.source = span(trim(text.substr(text.find("THE OPTIMIZATION"), 30)));
+                auto const words = trim(text.substr(text.find("THE OPTIMIZATION"), 30));
+                end_normally("THE OPTIMIZATION HAS CONVERGED", span(words));
             }
         } else if (contains(text, "Parameter Scan Calculation")) {
             add_task(TaskKind::scan);
         }
+    }
+
+    void end_normally(char const* reason, SourceSpan where) {
+        auto& termination = builder_.job(job_).termination;
+        termination.kind = TerminationKind::normal;
+        termination.reason = reason;
+        termination.source = where;
     }
 
     // A title between two lines of dashes: the tables that ORCA heads so.
@@ -469,11 +471,6 @@ private:
                 gradient_summary(text, "gradient", &GradientRecord::norm);
             } else if (starts_with(text, "Number of basis functions")) {
                 scalar(text, "Number of basis functions", "basis_functions", "Number of basis functions", "");
-            }
-            break;
-        case 'O':
-            if (is_error_termination(text)) {
-                read_error_termination(text);
             }
             break;
         case 'R':
@@ -951,7 +948,8 @@ private:
                 }
                 continue;
             }
-            bool const header = std::all_of(row.begin(), row.end(), [](std::string_view f) { return to_integer(f).has_value(); });
+            bool const header =
+                std::all_of(row.begin(), row.end(), [](std::string_view f) { return to_integer(f).has_value(); });
             if (!header && !started) {
                 // A few lines of prose stand before the first columns.
                 if (++prose > 12) {
@@ -1240,7 +1238,8 @@ private:
             return;
         }
         auto const header = fields(line().text);
-        std::string const kind = spectrum_prefix_.empty() ? std::string(title) : spectrum_prefix_ + ": " + std::string(title);
+        std::string const kind =
+            spectrum_prefix_.empty() ? std::string(title) : spectrum_prefix_ + ": " + std::string(title);
         auto column = [&](std::initializer_list<char const*> names) -> std::optional<std::size_t> {
             for (auto const* name : names) {
                 for (std::size_t i = 0; i < header.size(); ++i) {

@@ -70,7 +70,8 @@ SimpleInput parse_simple_input(std::string_view keywords) {
             }
         } else if (!name.empty() && !is_setting(name) && !contains(name, "/") && input.method.empty()) {
             input.method = ascii_upper(field);
-            excited = contains(name, "eom-") || is_any(name, {"cis", "cis(d)"}) || starts_with_any(name, {"adc", "rocis"});
+            excited = contains(name, "eom-") || is_any(name, {"cis", "cis(d)"}) ||
+                      starts_with_any(name, {"adc", "rocis"});
         }
     }
     // ORCA runs Hartree-Fock when no keyword names a method.
