@@ -193,7 +193,7 @@ void split_optimisation_and_frequencies(LineCursor const& lines, std::vector<Job
     for (std::size_t i = last.begin + 1; i < last.end; ++i) {
         if (contains(lines.at(i).text, "FINAL ENERGY EVALUATION AT THE STATIONARY POINT")) {
             // The box of stars above the words opens the frequency job.
-            std::size_t const split = trim(lines.at(i - 1).text).front() == '*' ? i - 1 : i;
+            std::size_t const split = starts_with(trim(lines.at(i - 1).text), "*") ? i - 1 : i;
             JobRange frequencies{split, last.end, last.input, false};
             frequencies.input.simple.tasks.erase(std::remove(frequencies.input.simple.tasks.begin(),
                                                              frequencies.input.simple.tasks.end(),
