@@ -266,6 +266,13 @@ TEST(OrcaOutputs, AnalysesOfAFrequencyJob) {
     EXPECT_EQ(charges[1]->scheme, "Loewdin");
     EXPECT_EQ(charges[1]->records[0].charge, 0.003937);
     EXPECT_EQ(charges[1]->records.size(), 20u);
+    for (auto const& block : document.analyses) {
+        auto const* loewdin = std::get_if<AtomicChargeBlock>(&block.payload);
+        if (loewdin != nullptr && loewdin->scheme == "Loewdin") {
+            EXPECT_EQ(block.source->begin.line, 992u);
+            EXPECT_EQ(block.source->end.line, 1013u);
+        }
+    }
     auto const& orbitals = *analyses_of<OrbitalSetBlock>(document).front();
     EXPECT_EQ(orbitals.spin, SpinChannel::none);
     // ORCA prints the first ten virtual orbitals only.

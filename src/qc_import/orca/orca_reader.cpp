@@ -832,6 +832,10 @@ private:
         if (lines_.index() >= range_.end || block.records.empty()) {
             return;
         }
+        // The blank line that ends Loewdin's table is no part of it.
+        if (trim(line().text).empty()) {
+            lines_.seek(lines_.index() - 1);
+        }
         builder_.add_analysis(job_, current_step(), std::move(block), span_of_lines(source_, first, line()));
     }
 
