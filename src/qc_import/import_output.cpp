@@ -1,6 +1,7 @@
 #include <morv/qc/import.hpp>
 
 #include "gaussian/gaussian_reader.hpp"
+#include "orca/orca_reader.hpp"
 
 #include <exception>
 
@@ -23,6 +24,9 @@ model::ParseResult<Document> import_output(std::string_view text, std::string_vi
     try {
         if (import::gaussian::recognises(text)) {
             return import::gaussian::read(text, file_name);
+        }
+        if (import::orca::recognises(text)) {
+            return import::orca::read(text, file_name);
         }
         return failure("qc.import.unknown_program", "not an output of a known program");
     } catch (std::exception const&) {

@@ -1,5 +1,6 @@
 #include "framework/text.hpp"
 
+#include <cctype>
 #include <charconv>
 #include <cmath>
 
@@ -70,6 +71,22 @@ std::optional<long long> to_integer(std::string_view field) {
         value = value * 10 + (field[i] - '0');
     }
     return field.front() == '-' ? -value : value;
+}
+
+std::string ascii_upper(std::string_view text) {
+    std::string out(text);
+    for (char& c : out) {
+        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    }
+    return out;
+}
+
+std::string ascii_lower(std::string_view text) {
+    std::string out(text);
+    for (char& c : out) {
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    }
+    return out;
 }
 
 }  // namespace morv::qc::import

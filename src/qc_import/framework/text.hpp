@@ -2,6 +2,7 @@
 // Small text helpers that the readers share: fields split at blanks, numbers
 // in the forms programs print (Fortran's D exponent included).
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -27,5 +28,8 @@ std::vector<std::string_view> fields(std::string_view text);
 // The whole field must be a finite number, else nothing.
 std::optional<double> to_double(std::string_view field);
 std::optional<long long> to_integer(std::string_view field);
+// ASCII case changes, for keywords that programs read without regard to case.
+std::string ascii_upper(std::string_view text);
+std::string ascii_lower(std::string_view text);
 
 }  // namespace morv::qc::import
