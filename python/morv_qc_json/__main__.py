@@ -12,7 +12,7 @@ from ._reading import read_document
 
 def plot(arguments: argparse.Namespace) -> int:
     # No display is needed or wanted: the image goes to a file.
-    import matplotlib
+    import matplotlib  # type: ignore[import]
 
     matplotlib.use("Agg")
     from . import plot as plots

@@ -12,7 +12,7 @@ from __future__ import annotations
 import glob
 import os
 from collections.abc import Iterable, Sequence
-from typing import TYPE_CHECKING
+from typing import TYPE_CHECKING, cast
 
 from . import tables
 from ._reading import read_document
@@ -20,7 +20,7 @@ from ._reading import read_document
 if TYPE_CHECKING:
     import dask.bag
     import dask.dataframe
-    import pandas
+    import pandas  # type: ignore[import]
 
 PathsOrGlob = str | os.PathLike[str] | Iterable[str | os.PathLike[str]]
 
@@ -68,4 +68,4 @@ def energies(paths_or_glob: PathsOrGlob,
     meta = tables.frame([], tables.ENERGY_COLUMNS)
     if not parts:
         return dask.dataframe.from_pandas(meta, npartitions=1)
-    return dask.dataframe.from_delayed(parts, meta=meta, verify_meta=False)
+    return cast("dask.dataframe.DataFrame", dask.dataframe.from_delayed(parts, meta=meta, verify_meta=False))

@@ -48,7 +48,7 @@ from ._core import (
 )
 
 if TYPE_CHECKING:
-    import ase
+    import ase  # type: ignore[import]
 
 # Where a QCSchema result keeps, under `extras`, what QCSchema has no field
 # for: the job's tasks and keywords, the step's energy records with their
@@ -107,7 +107,9 @@ def _job_steps(document: Document, job: CalculationJob) -> list[CalculationStep]
 
 def _records_json(key: str, records: Iterable[Any]) -> list[Any]:
     """Records as this library writes them, through a document that holds only them."""
-    listed: list[Any] = json.loads(dumps(Document(**{key: list(records)})))[key]
+    holder = Document()
+    getattr(holder, key).extend(records)
+    listed: list[Any] = json.loads(dumps(holder))[key]
     return listed
 
 
@@ -116,10 +118,10 @@ def _records_from_json(key: str, listed: list[Any]) -> list[Any]:
 
 
 def _topology(symbols: Sequence[str], atomic_numbers: Sequence[int] | None) -> Topology:
-    numbers: Sequence[int | None] = atomic_numbers if atomic_numbers is not None else [None] * len(symbols)
     return Topology(atoms=[
-        AtomSite(id=index, symbol=symbol, atomic_number=None if number is None else int(number))
-        for index, (symbol, number) in enumerate(zip(symbols, numbers), start=1)
+        AtomSite(id=index + 1, symbol=symbol,
+                 atomic_number=None if atomic_numbers is None else int(atomic_numbers[index]))
+        for index, symbol in enumerate(symbols)
     ])
 
 
@@ -127,7 +129,7 @@ def _topology(symbols: Sequence[str], atomic_numbers: Sequence[int] | None) -> T
 
 
 def _molecule(system: ChemicalSystem, frame: GeometryFrame) -> dict[str, Any]:
-    import qcelemental
+    import qcelemental  # type: ignore[import]
 
     atoms = list(system.topology.atoms)
     molecule: dict[str, Any] = {
@@ -252,8 +254,11 @@ def _energies_from_properties(properties: dict[str, Any]) -> list[EnergyRecord]:
         for kind, method, name in named
         if properties.get(name) is not None
     ]
-    if not energies and properties.get("return_energy") is not None:
-        energies.append(EnergyRecord(kind=EnergyKind.electronic, value=properties["return_energy"]))
+    # The result's own energy, when it is none of the named totals (an MP3 or an excited state's, say), is kept
+    # under QCSchema's name for it, its kind unknown.
+    returned = properties.get("return_energy")
+    if returned is not None and all(energy.value != returned for energy in energies):
+        energies.append(EnergyRecord(kind=EnergyKind.unknown, label="return_energy", value=returned))
     for number, energy in enumerate(energies, start=1):
         energy.id = number
     return energies
@@ -279,16 +284,16 @@ def from_qcschema(result: Any) -> Document:
         state = ElectronicState(
             charge=int(round(molecule.get("molecular_charge", 0))), multiplicity=molecule["molecular_multiplicity"]
         )
-    document.systems = [ChemicalSystem(
+    document.systems[:] = [ChemicalSystem(
         id=1,
         label=molecule.get("name", ""),
         topology=_topology(symbols, molecule.get("atomic_numbers")),
         electronic_state=state,
     )]
-    document.frames = [GeometryFrame(id=1, system_id=1, positions_angstrom=positions)]
+    document.frames[:] = [GeometryFrame(id=1, system_id=1, positions_angstrom=positions)]
     tasks = [TaskKind(task) for task in kept.get("tasks", ["single_point"])]
     model = data.get("model", {})
-    document.jobs = [CalculationJob(
+    document.jobs[:] = [CalculationJob(
         id=1, system_id=1, ordinal=1, tasks=tasks, primary_task=tasks[0] if tasks else None,
         method=model.get("method", ""), basis_set=model.get("basis") or "", keywords=kept.get("keywords", ""),
         step_ids=[1],
@@ -303,11 +308,11 @@ def from_qcschema(result: Any) -> Document:
         gradient = data["return_result"]
     if gradient is not None:
         step.gradient = GradientRecord(vectors=numpy.asarray(gradient, dtype=float).reshape(-1, 3))
-    document.steps = [step]
+    document.steps[:] = [step]
     analyses = _records_from_json("analyses", kept.get("analyses", []))
     for block in analyses:
         block.job_id, block.reference_step_id = 1, 1
-    document.analyses = analyses
+    document.analyses[:] = analyses
     return document
 
 
@@ -329,7 +334,7 @@ def to_ase(document: Document) -> list[ase.Atoms]:
     its energy (the step's primary energy, in eV) and forces (from its gradient, in eV/angstrom), so that
     `ase.io.write("run.extxyz", atoms)` writes a trajectory. `info` names the frame, and the step if any."""
     import ase
-    from ase.calculators.singlepoint import SinglePointCalculator
+    from ase.calculators.singlepoint import SinglePointCalculator  # type: ignore[import]
 
     systems = _by_id(document.systems)
     steps = _first_steps_by_frame(document)
@@ -362,7 +367,8 @@ def from_ase(atoms_list: Iterable[ase.Atoms]) -> Document:
     hartree) and forces (as a gradient, in hartree/bohr) where it has them."""
     document = Document()
     systems: dict[tuple[str, ...], int] = {}
-    frames, steps = [], []
+    frames: list[GeometryFrame] = []
+    steps: list[CalculationStep] = []
     for atoms in atoms_list:
         symbols = tuple(atoms.get_chemical_symbols())
         if symbols not in systems:
@@ -375,7 +381,7 @@ def from_ase(atoms_list: Iterable[ase.Atoms]) -> Document:
         step = CalculationStep(id=number, job_id=system_id, system_id=system_id, frame_id=number)
         results = atoms.calc.results if atoms.calc is not None else {}
         if results.get("energy") is not None:
-            step.energies = [EnergyRecord(
+            step.energies[:] = [EnergyRecord(
                 id=1, kind=EnergyKind.electronic, value=results["energy"] / _units.HARTREE_IN_EV
             )]
             step.primary_energy_id = 1
@@ -391,8 +397,8 @@ def from_ase(atoms_list: Iterable[ase.Atoms]) -> Document:
         document.jobs.append(CalculationJob(
             id=system_id, system_id=system_id, ordinal=system_id, step_ids=[step.id for step in own]
         ))
-    document.frames = frames
-    document.steps = steps
+    document.frames[:] = frames
+    document.steps[:] = steps
     return document
 
 
@@ -416,7 +422,7 @@ def _cclib_steps(data: Any, to_hartree: Any) -> Iterator[CalculationStep]:
     cc = list(getattr(data, "ccenergies", []))
     nframes = len(getattr(data, "atomcoords", []))
     for index in range(max(len(scf), nframes)):
-        energies = []
+        energies: list[EnergyRecord] = []
         for kind, method, values in ((EnergyKind.scf, "SCF", scf), (EnergyKind.correlated, "MP", mp),
                                      (EnergyKind.correlated, "CC", cc)):
             if index < len(values):
@@ -466,8 +472,8 @@ def from_cclib(path_or_ccdata: str | os.PathLike[str] | Any) -> ParseResult:
     path or as cclib's ccData. cclib reads a run as one job, so the document has one job whatever the run held;
     a note among the diagnostics says so. Energies come back to hartree through cclib's own constants, which
     made them. cclib's gradients are left out: their sign differs between its parsers."""
-    import cclib
-    from cclib.parser.utils import PeriodicTable, convertor
+    import cclib  # type: ignore[import]
+    from cclib.parser.utils import PeriodicTable, convertor  # type: ignore[import]
 
     data = path_or_ccdata
     if isinstance(path_or_ccdata, (str, os.PathLike)):
@@ -487,23 +493,23 @@ def from_cclib(path_or_ccdata: str | os.PathLike[str] | Any) -> ParseResult:
     document.program.name = metadata.get("package", "")
     document.program.version = metadata.get("package_version", "")
     numbers = [int(number) for number in data.atomnos]
-    document.systems = [ChemicalSystem(
+    document.systems[:] = [ChemicalSystem(
         id=1, topology=_topology([table.element[number] for number in numbers], numbers),
         electronic_state=ElectronicState(charge=getattr(data, "charge", 0), multiplicity=getattr(data, "mult", 0)),
     )]
-    document.frames = [
+    document.frames[:] = [
         GeometryFrame(id=index + 1, system_id=1, positions_angstrom=coordinates)
         for index, coordinates in enumerate(getattr(data, "atomcoords", []))
     ]
-    document.steps = list(_cclib_steps(data, to_hartree))
+    document.steps[:] = list(_cclib_steps(data, to_hartree))
     tasks = _cclib_tasks(data)
     methods = metadata.get("methods", [])
-    document.jobs = [CalculationJob(
+    document.jobs[:] = [CalculationJob(
         id=1, system_id=1, ordinal=1, tasks=tasks, primary_task=tasks[0], method=methods[-1] if methods else "",
         basis_set=metadata.get("basis_set", ""), step_ids=[step.id for step in document.steps],
     )]
     last_step = document.steps[-1].id if len(document.steps) else None
-    document.analyses = [
+    document.analyses[:] = [
         AnalysisBlock(id=index + 1, job_id=1, ordinal=index + 1, reference_step_id=last_step, payload=payload)
         for index, payload in enumerate(_cclib_analyses(data, to_hartree))
     ]

@@ -30,7 +30,7 @@ from ._core import (
 )
 
 if TYPE_CHECKING:
-    from matplotlib.axes import Axes
+    from matplotlib.axes import Axes  # type: ignore[import]
 
 Shape = Literal["lorentzian", "gaussian"]
 # Grid points of a spectrum's curve.
@@ -67,7 +67,7 @@ def _document(source: Document | ParseResult) -> Document:
 
 
 def _new_axes() -> Axes:
-    from matplotlib.figure import Figure
+    from matplotlib.figure import Figure  # type: ignore[import]
 
     return Figure(figsize=(7, 4), layout="constrained").add_subplot()
 
@@ -131,8 +131,8 @@ def absorption_lines(document: Document) -> list[tuple[float, float]]:
     if not blocks:
         raise ValueError("the document holds no excited-state analysis")
     block = blocks[-1]
-    peaks = [(peak.excitation_energy, peak.oscillator_strength) for peak in block.absorption_peaks]
-    states = [(state.excitation_energy, state.oscillator_strength) for state in block.states]
+    peaks: list[tuple[float | None, float | None]] = [(peak.excitation_energy, peak.oscillator_strength) for peak in block.absorption_peaks]
+    states: list[tuple[float | None, float | None]] = [(state.excitation_energy, state.oscillator_strength) for state in block.states]
     lines = [(energy, strength) for energy, strength in (peaks if any(s for _, s in peaks) else states)
              if energy is not None and energy > 0 and strength is not None]
     return [(energy * _units.HARTREE_IN_EV, strength) for energy, strength in lines]

@@ -20,7 +20,7 @@ from ._core import Document, ExcitedStateBlock, ParseResult, VibrationalBlock
 from ._reading import read_document
 
 if TYPE_CHECKING:
-    import pandas
+    import pandas  # type: ignore[import]
 
 DocumentLike: TypeAlias = Document | ParseResult | str | os.PathLike[str]
 Documents: TypeAlias = Iterable[DocumentLike] | Mapping[str, Document | ParseResult]
