@@ -51,7 +51,8 @@ if TYPE_CHECKING:
     import ase  # type: ignore[import]
 
 # Where a QCSchema result keeps, under `extras`, what QCSchema has no field
-# for: the job's tasks and keywords, the step's energy records with their
+# for: the program and the files it wrote (which the records' source spans
+# name), the job's tasks and keywords, the step's energy records with their
 # kinds and labels, and the job's analyses, each in this library's JSON form.
 EXTRAS_KEY = "morv_qc_json"
 
@@ -197,6 +198,7 @@ def _atomic_result(document: Document, job: CalculationJob, step: CalculationSte
             EXTRAS_KEY: {
                 "program": {"kind": document.program.kind.name, "name": document.program.name,
                             "version": document.program.version},
+                "sources": _records_json("sources", document.sources),
                 "tasks": [task.name for task in job.tasks],
                 "keywords": job.keywords,
                 "energies": _records_json("steps", [step])[0]["energies"],
@@ -279,6 +281,7 @@ def from_qcschema(result: Any) -> Document:
     document.program.kind = ProgramKind(program.get("kind", "unknown"))
     document.program.name = program.get("name", data.get("provenance", {}).get("creator", ""))
     document.program.version = program.get("version", "")
+    document.sources[:] = _records_from_json("sources", kept.get("sources", []))
     state = None
     if "molecular_multiplicity" in molecule:
         state = ElectronicState(

@@ -31,6 +31,10 @@ EVERY = BUNDLED + imported_outputs([SHARED]) + [
                  id="orca_water_opt_freq.json")]
 
 
+# QCSchema's names for the totals of the methods that the importers name so.
+TOTALS = {"MP2": "mp2_total_energy", "CCSD": "ccsd_total_energy", "CCSD(T)": "ccsd_prt_pr_total_energy"}
+
+
 def final_steps(document):
     steps = {step.id: step for step in document.steps}
     return [(job, steps[job.step_ids[-1]]) for job in document.jobs if len(job.step_ids)]
@@ -49,6 +53,10 @@ def test_qcschema_results_validate_and_come_back(document):
         # qcelemental rounds a molecule's coordinates to 1e-8 bohr; the dict holds them whole.
         numpy.testing.assert_allclose(numpy.reshape(result["molecule"]["geometry"], (-1, 3)) * _units.BOHR_IN_ANGSTROM,
                                       frame.positions_angstrom.to_numpy(), rtol=0, atol=1e-12)
+        for energy in step.energies:
+            if energy.kind == morv_qc_json.EnergyKind.scf or energy.method in TOTALS:
+                name = "scf_total_energy" if energy.kind == morv_qc_json.EnergyKind.scf else TOTALS[energy.method]
+                assert getattr(model.properties, name) == energy.value
         if model.driver == "gradient":
             numpy.testing.assert_array_equal(model.return_result, step.gradient.vectors.to_numpy())
 
@@ -61,6 +69,7 @@ def test_qcschema_results_validate_and_come_back(document):
             job.method, job.basis_set, list(job.tasks))
         assert [b.payload for b in back.analyses] == [b.payload for b in document.analyses if b.job_id == job.id]
         assert back.systems[0].electronic_state == document.systems[0].electronic_state
+        assert list(morv_qc_json.validate_document(back)) == []
 
         # Without this library's extras, as from another program: energies from QCSchema's own fields.
         foreign = interop.from_qcschema(models.AtomicResult(**{**result, "extras": {}}))
@@ -105,7 +114,8 @@ def test_ase_extxyz_keeps_positions_energies_and_forces(document, tmp_path):
 
 def cclib_outputs():
     bundled = sorted(p for p in (DATA / "gaussian").iterdir() if p.suffix in (".log", ".out"))
-    return bundled + sorted(p for name in ("ORCA", "GAMESS") for p in (SHARED / name).rglob("*.out"))[:6]
+    # Programs without an importer of ours, as cclib reads them (its 1.6 fails on ORCA 6's outputs).
+    return bundled + sorted((SHARED / "GAMESS").rglob("*.out"))[:4]
 
 
 @pytest.mark.parametrize("path", cclib_outputs(), ids=lambda p: p.name)
