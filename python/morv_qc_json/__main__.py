@@ -7,7 +7,7 @@ image format follows the suffix of OUT (png, svg, pdf...).
 import argparse
 import sys
 
-from ._reading import read_document
+from ._documents import read_document
 
 
 def plot(arguments: argparse.Namespace) -> int:

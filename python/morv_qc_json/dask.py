@@ -15,7 +15,7 @@ from collections.abc import Iterable, Sequence
 from typing import TYPE_CHECKING, cast
 
 from . import tables
-from ._reading import read_document
+from ._documents import read_document
 
 if TYPE_CHECKING:
     import dask.bag

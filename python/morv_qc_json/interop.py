@@ -46,6 +46,7 @@ from ._core import (
     loads,
     schema_id,
 )
+from ._documents import primary_energy
 
 if TYPE_CHECKING:
     import ase  # type: ignore[import]
@@ -80,15 +81,6 @@ def _main_task(job: CalculationJob) -> TaskKind | None:
 
 def _by_id(records: Iterable[Any]) -> dict[int, Any]:
     return {record.id: record for record in records}
-
-
-def _primary_energy(step: CalculationStep) -> EnergyRecord | None:
-    """The energy that stands for the step: the one it names, else its last."""
-    energies = list(step.energies)
-    named = [energy for energy in energies if energy.id == step.primary_energy_id]
-    if named:
-        return named[0]
-    return energies[-1] if energies else None
 
 
 def _step_frame(document: Document, step: CalculationStep) -> GeometryFrame | None:
@@ -157,7 +149,7 @@ def _properties(document: Document, job: CalculationJob, step: CalculationStep, 
             properties[_SCF_PROPERTY] = energy.value
         elif energy.kind == EnergyKind.correlated and energy.method in _CORRELATED_PROPERTIES:
             properties[_CORRELATED_PROPERTIES[energy.method]] = energy.value
-    primary = _primary_energy(step)
+    primary = primary_energy(step)
     if primary is not None:
         properties["return_energy"] = primary.value
     if step.gradient is not None and len(step.gradient.vectors) == natoms:
@@ -182,7 +174,7 @@ def _atomic_result(document: Document, job: CalculationJob, step: CalculationSte
     properties = _properties(document, job, step, natoms)
     gradient_driven = _main_task(job) in _GRADIENT_TASKS and "return_gradient" in properties
     analyses = [block for block in document.analyses if block.job_id == job.id]
-    primary = _primary_energy(step)
+    primary = primary_energy(step)
     return {
         "schema_name": "qcschema_output",
         "schema_version": 1,
@@ -268,7 +260,8 @@ def _energies_from_properties(properties: dict[str, Any]) -> list[EnergyRecord]:
 
 def from_qcschema(result: Any) -> Document:
     """A document of one job and one step from a QCSchema AtomicResult, given as a dict or as a qcelemental
-    model. What this library's to_qcschema kept under `extras` (tasks, energy records, analyses) comes back."""
+    model. What this library's to_qcschema kept under `extras` (program, sources, tasks, energy records,
+    analyses) comes back; without it, the energies come from QCSchema's named totals and `return_energy`."""
     data: dict[str, Any] = result if isinstance(result, dict) else result.dict()
     kept = data.get("extras", {}).get(EXTRAS_KEY, {})
     molecule = data["molecule"]
@@ -301,8 +294,11 @@ def from_qcschema(result: Any) -> Document:
         method=model.get("method", ""), basis_set=model.get("basis") or "", keywords=kept.get("keywords", ""),
         step_ids=[1],
     )]
-    energies = _records_from_json("steps", [{"id": 1, "job_id": 1, "system_id": 1, "energies": kept["energies"]}])[
-        0].energies if "energies" in kept else _energies_from_properties(properties)
+    if "energies" in kept:
+        holder = {"id": 1, "job_id": 1, "system_id": 1, "energies": kept["energies"]}
+        energies = list(_records_from_json("steps", [holder])[0].energies)
+    else:
+        energies = _energies_from_properties(properties)
     step = CalculationStep(id=1, job_id=1, system_id=1, ordinal=1, frame_id=1, energies=energies)
     returned = [energy.id for energy in energies if energy.value == properties.get("return_energy")]
     step.primary_energy_id = returned[-1] if returned else None
@@ -351,7 +347,7 @@ def to_ase(document: Document) -> list[ase.Atoms]:
         if step is not None:
             atoms.info["step_id"] = step.id
             results: dict[str, Any] = {}
-            energy = _primary_energy(step)
+            energy = primary_energy(step)
             if energy is not None:
                 results["energy"] = energy.value * _units.HARTREE_IN_EV
             if step.gradient is not None and len(step.gradient.vectors) == len(atoms):

@@ -28,6 +28,7 @@ from ._core import (
     VibrationalBlock,
     VibrationalMode,
 )
+from ._documents import primary_energy
 
 if TYPE_CHECKING:
     from matplotlib.axes import Axes  # type: ignore[import]
@@ -174,9 +175,9 @@ def energy_profile(source: Document | ParseResult, *, job_id: int | None = None,
     points: list[tuple[float, float]] = []
     for step_id in job.step_ids:
         step = steps.get(step_id)
-        values = [energy.value for energy in step.energies if energy.id == step.primary_energy_id] if step else []
-        if step is not None and values:
-            points.append((step.ordinal, values[0]))
+        energy = primary_energy(step) if step is not None else None
+        if step is not None and energy is not None:
+            points.append((step.ordinal, energy.value))
     if not points:
         raise ValueError(f"job {job.id} has no step with a primary energy")
     x = numpy.array([point[0] for point in points], dtype=float)

@@ -16,8 +16,8 @@ from collections.abc import Callable, Iterable, Iterator, Mapping
 from typing import TYPE_CHECKING, Any, TypeAlias
 
 from . import _units
-from ._core import Document, ExcitedStateBlock, ParseResult, VibrationalBlock
-from ._reading import read_document
+from ._core import CalculationStep, Document, ExcitedStateBlock, ParseResult, VibrationalBlock
+from ._documents import primary_energy, read_document
 
 if TYPE_CHECKING:
     import pandas  # type: ignore[import]
@@ -66,18 +66,19 @@ def named_documents(docs: Documents) -> Iterator[tuple[Any, Document]]:
         yield name, doc.value if isinstance(doc, ParseResult) else doc
 
 
-def _primary_value(step: Any) -> float | None:
-    values = [energy.value for energy in step.energies if energy.id == step.primary_energy_id]
-    return values[0] if values else None
+def _primary_value(step: CalculationStep) -> float | None:
+    energy = primary_energy(step)
+    return energy.value if energy is not None else None
 
 
 def energy_rows(name: Any, document: Document) -> Iterator[Row]:
     for step in document.steps:
+        primary = primary_energy(step)
         for energy in step.energies:
             yield {
                 "document": name, "job_id": step.job_id, "step_id": step.id, "step_ordinal": step.ordinal,
                 "energy_id": energy.id, "kind": energy.kind.name, "label": energy.label, "method": energy.method,
-                "primary": energy.id == step.primary_energy_id, "energy_hartree": energy.value,
+                "primary": primary is not None and energy.id == primary.id, "energy_hartree": energy.value,
                 "energy_ev": energy.value * _units.HARTREE_IN_EV,
             }
 

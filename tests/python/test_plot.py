@@ -33,7 +33,7 @@ def modes(path):
 
 
 def excited(path, lines):
-    block = [b.payload for b in morv_qc_json._reading.read_document(path).value.analyses
+    block = [b.payload for b in morv_qc_json._documents.read_document(path).value.analyses
              if isinstance(b.payload, morv_qc_json.ExcitedStateBlock)][-1]
     energy = strongest([(line.excitation_energy, line.oscillator_strength) for line in getattr(block, lines)])
     return _units.EV_NANOMETRE / (energy * _units.HARTREE_IN_EV)
@@ -50,7 +50,7 @@ def excited(path, lines):
     (plot.uv_vis_spectrum, ORCA, 0.05, excited(ORCA, "absorption_peaks")),
 ])
 def test_maximum_stands_at_the_strongest_line(draw, source, width, expected):
-    result = morv_qc_json._reading.read_document(source)
+    result = morv_qc_json._documents.read_document(source)
     x, y, axes = draw(result, width=width, points=20001)
     assert x[numpy.argmax(y)] == pytest.approx(expected, abs=2 * abs(x[1] - x[0]))
     assert len(axes.lines) == 1 and len(axes.collections) == 1

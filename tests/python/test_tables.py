@@ -33,7 +33,7 @@ def payloads(document, kind):
 ])
 def test_one_row_per_record_with_its_values(table, records, values, column):
     frame = table(PATHS)
-    documents = [morv_qc_json._reading.read_document(path).value for path in PATHS]
+    documents = [morv_qc_json._documents.read_document(path).value for path in PATHS]
     expected = [(path, values(record)) for path, document in zip(PATHS, documents) for record in records(document)]
     assert list(zip(frame["document"], frame[column])) == expected
     # By position when the documents are given, not their paths; and the same columns with no rows at all.
