@@ -23,7 +23,7 @@ if TYPE_CHECKING:
     import pandas  # type: ignore[import]
 
 DocumentLike: TypeAlias = Document | ParseResult | str | os.PathLike[str]
-Documents: TypeAlias = Iterable[DocumentLike] | Mapping[str, Document | ParseResult]
+Documents: TypeAlias = DocumentLike | Iterable[DocumentLike] | Mapping[str, Document | ParseResult]
 Row: TypeAlias = dict[str, Any]
 
 # Columns and their dtypes. Optional integers take pandas' nullable Int64,
@@ -58,7 +58,10 @@ JOB_COLUMNS = {
 
 
 def named_documents(docs: Documents) -> Iterator[tuple[Any, Document]]:
-    """(name, document) for each document given: paths are read here, as JSON or as a program's output."""
+    """(name, document) for each document given, one alone or many: paths are read here, as JSON or as a
+    program's output."""
+    if isinstance(docs, (str, os.PathLike, Document, ParseResult)):
+        docs = [docs]
     pairs: Iterable[tuple[Any, Any]] = docs.items() if isinstance(docs, Mapping) else enumerate(docs)
     for name, doc in pairs:
         if isinstance(doc, (str, os.PathLike)):

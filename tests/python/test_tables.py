@@ -47,3 +47,4 @@ def test_energy_columns_carry_units_and_the_primary_mark():
     assert frame["energy_ev"].tolist() == pytest.approx((frame["energy_hartree"] * _units.HARTREE_IN_EV).tolist())
     assert frame[frame["primary"]]["kind"].tolist() == ["excited_state_total"]
     assert set(frame["document"]) == {"td"}
+    assert tables.energies(OUTPUTS[3]).equals(tables.energies([OUTPUTS[3]]))
