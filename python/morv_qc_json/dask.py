@@ -10,6 +10,7 @@ imported when these functions are called.
 from __future__ import annotations
 
 import glob
+import math
 import os
 from collections.abc import Iterable, Sequence
 from typing import TYPE_CHECKING, cast
@@ -48,7 +49,7 @@ def read(paths_or_glob: PathsOrGlob, files_per_partition: int = DEFAULT_FILES_PE
     import dask.bag
 
     paths = expand(paths_or_glob)
-    npartitions = max(1, len(_partitions(paths, files_per_partition)))
+    npartitions = max(1, math.ceil(len(paths) / files_per_partition))
     return dask.bag.from_sequence(paths, npartitions=npartitions).map(read_document)
 
 
@@ -65,6 +66,8 @@ def energies(paths_or_glob: PathsOrGlob,
 
     parts = [dask.delayed(_energy_partition)(group) for group in _partitions(expand(paths_or_glob),
                                                                                 files_per_partition)]
+    # Every partition comes from tables.frame with these columns and dtypes,
+    # so dask need not check each one against the empty table.
     meta = tables.frame([], tables.ENERGY_COLUMNS)
     if not parts:
         return dask.dataframe.from_pandas(meta, npartitions=1)
