@@ -27,7 +27,8 @@ build: configure
 
 # Checks the bundled examples, writes each back indented into the build
 # folder and summarises them, runs the Python example, then imports the
-# bundled Gaussian output and summarises its document.
+# bundled Gaussian output and summarises its document, and draws the infrared
+# spectrum of the bundled ORCA document.
 demo: build
 	$(CLI) check $(EXAMPLES)
 	@for example in $(EXAMPLES); do \
@@ -38,6 +39,8 @@ demo: build
 	PYTHONPATH=$(BUILD_DIR)/python $(PYTHON) examples/energies.py
 	$(CLI) import examples/gaussian/water_mp2.log -o $(BUILD_DIR)/demo/water_mp2.json
 	$(CLI) stats $(BUILD_DIR)/demo/water_mp2.json
+	PYTHONPATH=$(BUILD_DIR)/python $(PYTHON) -m morv_qc_json plot examples/orca_water_opt_freq.json --kind ir \
+	  -o $(BUILD_DIR)/demo/orca_water_ir.png
 
 test: build
 	ctest --test-dir $(BUILD_DIR) --output-on-failure -j $(JOBS)
@@ -67,6 +70,7 @@ bench:
 	$(BENCH_DIR)/bench/write_bench_documents $(BENCH_DIR)
 	PYTHONPATH=$(BENCH_DIR)/python $(PYTHON) bench/python_load_bench.py $(BENCH_DIR)
 	PYTHONPATH=$(BENCH_DIR)/python $(PYTHON) bench/import_bench.py
+	PYTHONPATH=$(BENCH_DIR)/python $(PYTHON) bench/dask_bench.py
 
 # The libFuzzer targets, built with clang in a directory of their own.
 fuzz:

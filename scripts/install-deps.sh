@@ -8,8 +8,9 @@
 set -euo pipefail
 
 packages=(cmake g++ make pkg-config libyaml-cpp-dev libgtest-dev libbenchmark-dev libcli11-dev
-  nlohmann-json3-dev libssl-dev python3 python3-dev python3-jsonschema python3-numpy python3-pytest python3-hypothesis
-  mypy pybind11-dev python3-cclib)
+  nlohmann-json3-dev libssl-dev python3 python3-dev python3-jsonschema python3-numpy python3-pytest
+  python3-hypothesis mypy pybind11-dev python3-cclib python3-qcelemental python3-ase python3-pandas python3-dask
+  python3-distributed python3-matplotlib)
 for group in "$@"; do
   case "$group" in
     bench) packages+=(rapidjson-dev libsimdjson-dev) ;;
