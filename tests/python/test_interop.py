@@ -54,7 +54,8 @@ def test_qcschema_results_validate_and_come_back(document):
         numpy.testing.assert_allclose(numpy.reshape(result["molecule"]["geometry"], (-1, 3)) * _units.BOHR_IN_ANGSTROM,
                                       frame.positions_angstrom.to_numpy(), rtol=0, atol=1e-12)
         for energy in step.energies:
-            if energy.kind == morv_qc_json.EnergyKind.scf or energy.method in TOTALS:
+            correlated = energy.kind == morv_qc_json.EnergyKind.correlated and energy.method in TOTALS
+            if energy.kind == morv_qc_json.EnergyKind.scf or correlated:
                 name = "scf_total_energy" if energy.kind == morv_qc_json.EnergyKind.scf else TOTALS[energy.method]
                 assert getattr(model.properties, name) == energy.value
         if model.driver == "gradient":
