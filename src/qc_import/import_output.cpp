@@ -1,5 +1,6 @@
 #include <morv/qc/import.hpp>
 
+#include "gamess/gamess_reader.hpp"
 #include "gaussian/gaussian_reader.hpp"
 
 #include <exception>
@@ -23,6 +24,9 @@ model::ParseResult<Document> import_output(std::string_view text, std::string_vi
     try {
         if (import::gaussian::recognises(text)) {
             return import::gaussian::read(text, file_name);
+        }
+        if (import::gamess::recognises(text)) {
+            return import::gamess::read(text, file_name);
         }
         return failure("qc.import.unknown_program", "not an output of a known program");
     } catch (std::exception const&) {

@@ -85,4 +85,29 @@ std::optional<long long> to_integer(std::string_view field) {
     return field.front() == '-' ? -value : value;
 }
 
+std::optional<NumberField> number_after(std::string_view text, std::string_view key) {
+    auto const at = text.find(key);
+    if (at == std::string_view::npos) {
+        return std::nullopt;
+    }
+    auto rest = text.substr(at + key.size());
+    auto skip_blanks = [&rest] {
+        while (!rest.empty() && (rest.front() == ' ' || rest.front() == '\t')) {
+            rest.remove_prefix(1);
+        }
+    };
+    skip_blanks();
+    if (!rest.empty() && rest.front() == '=') {
+        rest.remove_prefix(1);
+        skip_blanks();
+    }
+    auto const end = rest.find_first_of(" \t");
+    auto const field = rest.substr(0, end);
+    auto const value = to_double(field);
+    if (!value) {
+        return std::nullopt;
+    }
+    return NumberField{*value, field};
+}
+
 }  // namespace morv::qc::import

@@ -16,4 +16,13 @@ std::vector<std::string_view> fields(std::string_view text);
 std::optional<double> to_double(std::string_view field);
 std::optional<long long> to_integer(std::string_view field);
 
+// The number after the first `key` in `text`, blanks and one '=' allowed
+// between them: "ENERGY=   -74.59", "S = 1.0", "IS  -382.05 AFTER".
+struct NumberField {
+    double value = 0.0;
+    // The number's characters, a view into `text`.
+    std::string_view field;
+};
+std::optional<NumberField> number_after(std::string_view text, std::string_view key);
+
 }  // namespace morv::qc::import
