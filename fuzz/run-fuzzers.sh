@@ -35,11 +35,15 @@ trap 'rm -rf "$scratch"' EXIT
 # reads its bytes as the choices of its document builder, for which a few
 # kilobytes make a large document; its corpus is what a long run covered,
 # merged down to one input per edge (-merge=1 -use_counters=0). The importer
-# starts from the Gaussian outputs of the tests.
+# starts from the Gaussian and GAMESS outputs of the tests, gathered in one
+# folder.
 seed_corpus() {
   case "$1" in
     serialize_fuzzer) echo "$here/corpus/serialize" ;;
-    import_output_fuzzer) echo "$here/../tests/data/gaussian" ;;
+    import_output_fuzzer)
+      mkdir -p "$scratch/outputs"
+      cp "$here/../tests/data/gaussian/"*.* "$here/../tests/data/gamess/"*.* "$scratch/outputs/"
+      echo "$scratch/outputs" ;;
     *) echo "$here/corpus/json" ;;
   esac
 }
@@ -47,8 +51,8 @@ seed_corpus() {
 target_flags() {
   case "$1" in
     serialize_fuzzer) echo "-max_len=8192" ;;
-    # Whole outputs, the largest seed being 210 KB.
-    import_output_fuzzer) echo "-max_len=262144" ;;
+    # Whole outputs, the largest seed being 274 KB.
+    import_output_fuzzer) echo "-max_len=286720" ;;
     *) echo "-max_len=131072 -dict=$here/json.dict" ;;
   esac
 }

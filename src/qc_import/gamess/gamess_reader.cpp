@@ -231,9 +231,8 @@ private:
                 read_multiplicity(text);
             } else if (starts_with(text, "STATE #")) {
                 read_tddft_state(text);
-            } else if (text == "SINGLET EXCITATIONS" || text == "TRIPLET EXCITATIONS") {
-                open_excited("TDDFT", std::string(text));
-                excited_multiplicity_ = text.front() == 'S' ? 1 : 3;
+            } else if (text == "SINGLET EXCITATIONS") {
+                open_tddft(text, 1);
             } else if (starts_with(text, "SUMMARY OF TDDFT RESULTS")) {
                 read_tddft_summary();
             } else if (starts_with(text, "SELECTING EXCITED STATE IROOT=")) {
@@ -251,6 +250,8 @@ private:
                 read_charges();
             } else if (starts_with(text, "THERMOCHEMISTRY AT T=")) {
                 read_thermochemistry(text);
+            } else if (text == "TRIPLET EXCITATIONS") {
+                open_tddft(text, 3);
             } else if (starts_with(text, "TRANSITION FROM THE GROUND STATE TO EXCITED STATE")) {
                 read_cis_transition(text);
             }
@@ -998,6 +999,11 @@ private:
             }
         }
         return nullptr;
+    }
+
+    void open_tddft(std::string_view heading, int multiplicity) {
+        open_excited("TDDFT", std::string(heading));
+        excited_multiplicity_ = multiplicity;
     }
 
     // "STATE #   1  ENERGY =    4.487681 EV", its oscillator strength and
