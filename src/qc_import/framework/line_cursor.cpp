@@ -3,6 +3,9 @@
 namespace morv::qc::import {
 
 LineCursor::LineCursor(std::string_view text) {
+    // Room for lines of 40 bytes on average, about what programs print;
+    // counting the lines first would cost more than growing now and then.
+    lines_.reserve(text.size() / 40 + 16);
     std::size_t start = 0;
     std::uint64_t number = 1;
     while (start < text.size()) {

@@ -3,6 +3,11 @@
 #include <array>
 #include <cstdint>
 
+#if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
+#include <cpuid.h>
+#include <immintrin.h>
+#endif
+
 namespace morv::qc::import {
 
 namespace {
@@ -52,6 +57,87 @@ void compress(std::array<std::uint32_t, 8>& state, unsigned char const* block) {
     }
 }
 
+#if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
+
+// The SHA extensions of x86 processors do two rounds in one instruction and
+// most of the message schedule in two more: an output is hashed several
+// times faster than by the portable rounds above, which decided the import's
+// speed. The state is kept as the two halves the instructions take,
+// ABEF and CDGH.
+__attribute__((target("sha,sse4.1,ssse3"))) void compress_with_sha_extensions(std::array<std::uint32_t, 8>& state,
+                                                                               unsigned char const* blocks,
+                                                                               std::size_t count) {
+    // Big-endian words from the bytes of each 16-byte part.
+    __m128i const byte_order = _mm_set_epi64x(0x0c0d0e0f08090a0bULL, 0x0405060700010203ULL);
+    __m128i const dcba = _mm_loadu_si128(reinterpret_cast<__m128i const*>(state.data()));
+    __m128i const hgfe = _mm_loadu_si128(reinterpret_cast<__m128i const*>(state.data() + 4));
+    __m128i const cdab = _mm_shuffle_epi32(dcba, 0xB1);
+    __m128i const efgh = _mm_shuffle_epi32(hgfe, 0x1B);
+    __m128i abef = _mm_alignr_epi8(cdab, efgh, 8);
+    __m128i cdgh = _mm_blend_epi16(efgh, cdab, 0xF0);
+    for (std::size_t block = 0; block < count; ++block) {
+        auto const* bytes = blocks + 64 * block;
+        __m128i const abef_before = abef;
+        __m128i const cdgh_before = cdgh;
+        // Four words of the schedule at a time, the last four groups kept.
+        __m128i words[4];
+        for (int group = 0; group < 16; ++group) {
+            __m128i& current = words[group % 4];
+            if (group < 4) {
+                current = _mm_shuffle_epi8(
+                    _mm_loadu_si128(reinterpret_cast<__m128i const*>(bytes + 16 * group)), byte_order);
+            } else {
+                __m128i const& previous = words[(group + 3) % 4];
+                __m128i const sum = _mm_add_epi32(_mm_sha256msg1_epu32(current, words[(group + 1) % 4]),
+                                                  _mm_alignr_epi8(previous, words[(group + 2) % 4], 4));
+                current = _mm_sha256msg2_epu32(sum, previous);
+            }
+            __m128i message = _mm_add_epi32(
+                current, _mm_loadu_si128(reinterpret_cast<__m128i const*>(round_constants.data() + 4 * group)));
+            // Two rounds leave the new ABEF in `cdgh` and the new CDGH, the
+            // old ABEF, in `abef`; two more put them back.
+            cdgh = _mm_sha256rnds2_epu32(cdgh, abef, message);
+            message = _mm_shuffle_epi32(message, 0x0E);
+            abef = _mm_sha256rnds2_epu32(abef, cdgh, message);
+        }
+        abef = _mm_add_epi32(abef, abef_before);
+        cdgh = _mm_add_epi32(cdgh, cdgh_before);
+    }
+    __m128i const feba = _mm_shuffle_epi32(abef, 0x1B);
+    __m128i const dchg = _mm_shuffle_epi32(cdgh, 0xB1);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(state.data()), _mm_blend_epi16(feba, dchg, 0xF0));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(state.data() + 4), _mm_alignr_epi8(dchg, feba, 8));
+}
+
+bool has_sha_extensions() {
+    unsigned a = 0, b = 0, c = 0, d = 0;
+    if (__get_cpuid(1, &a, &b, &c, &d) == 0 || (c & bit_SSSE3) == 0 || (c & bit_SSE4_1) == 0) {
+        return false;
+    }
+    return __get_cpuid_count(7, 0, &a, &b, &c, &d) != 0 && (b & bit_SHA) != 0;
+}
+
+void compress_blocks(std::array<std::uint32_t, 8>& state, unsigned char const* blocks, std::size_t count) {
+    static bool const accelerated = has_sha_extensions();
+    if (accelerated) {
+        compress_with_sha_extensions(state, blocks, count);
+        return;
+    }
+    for (std::size_t block = 0; block < count; ++block) {
+        compress(state, blocks + 64 * block);
+    }
+}
+
+#else
+
+void compress_blocks(std::array<std::uint32_t, 8>& state, unsigned char const* blocks, std::size_t count) {
+    for (std::size_t block = 0; block < count; ++block) {
+        compress(state, blocks + 64 * block);
+    }
+}
+
+#endif
+
 }  // namespace
 
 std::string sha256_hex(std::string_view data) {
@@ -59,9 +145,7 @@ std::string sha256_hex(std::string_view data) {
                                           0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19};
     auto const* bytes = reinterpret_cast<unsigned char const*>(data.data());
     std::size_t const whole = data.size() / 64 * 64;
-    for (std::size_t at = 0; at < whole; at += 64) {
-        compress(state, bytes + at);
-    }
+    compress_blocks(state, bytes, whole / 64);
     // The rest, a one bit, zeros and the length in bits fill one or two
     // last blocks.
     std::array<unsigned char, 128> tail{};
@@ -75,9 +159,7 @@ std::string sha256_hex(std::string_view data) {
     for (int i = 0; i < 8; ++i) {
         tail[blocks * 64 - 1 - i] = static_cast<unsigned char>(bits >> (8 * i));
     }
-    for (std::size_t b = 0; b < blocks; ++b) {
-        compress(state, tail.data() + 64 * b);
-    }
+    compress_blocks(state, tail.data(), blocks);
     static constexpr char digits[] = "0123456789abcdef";
     std::string out;
     for (auto const word : state) {

@@ -1,9 +1,8 @@
 #include "framework/text.hpp"
 
-#include <cerrno>
+#include <charconv>
 #include <cmath>
-#include <cstdlib>
-#include <string>
+#include <system_error>
 
 namespace morv::qc::import {
 
@@ -27,6 +26,12 @@ bool contains(std::string_view text, std::string_view part) { return text.find(p
 
 std::vector<std::string_view> fields(std::string_view text) {
     std::vector<std::string_view> out;
+    fields(text, out);
+    return out;
+}
+
+void fields(std::string_view text, std::vector<std::string_view>& out) {
+    out.clear();
     std::size_t i = 0;
     while (i < text.size()) {
         while (i < text.size() && is_blank(text[i])) {
@@ -40,28 +45,32 @@ std::vector<std::string_view> fields(std::string_view text) {
             out.push_back(text.substr(start, i - start));
         }
     }
-    return out;
 }
 
 std::optional<double> to_double(std::string_view field) {
-    // strtod would also take hexadecimal, infinities and leading blanks,
-    // none of which a program prints as a number.
+    // Only the characters of a number as programs print it: no hexadecimal,
+    // infinities or blanks. from_chars reads the numbers of a large table
+    // several times faster than strtod, but takes no '+' sign.
     if (field.empty() || field.size() > 64) {
         return std::nullopt;
     }
-    std::string copy;
+    char copy[64];
+    std::size_t size = 0;
     for (char c : field) {
         bool const allowed = (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E' ||
                              c == 'd' || c == 'D';
         if (!allowed) {
             return std::nullopt;
         }
-        copy.push_back(c == 'd' || c == 'D' ? 'E' : c);
+        copy[size++] = c == 'd' || c == 'D' ? 'E' : c;
     }
-    char* end = nullptr;
-    errno = 0;
-    double const value = std::strtod(copy.c_str(), &end);
-    if (end != copy.c_str() + copy.size() || errno == ERANGE || !std::isfinite(value)) {
+    char const* begin = copy;
+    if (copy[0] == '+' && size > 1 && copy[1] != '+' && copy[1] != '-') {
+        ++begin;
+    }
+    double value = 0.0;
+    auto const [end, error] = std::from_chars(begin, copy + size, value);
+    if (end != copy + size || error != std::errc() || !std::isfinite(value)) {
         return std::nullopt;
     }
     return value;

@@ -12,6 +12,8 @@ bool starts_with(std::string_view text, std::string_view prefix);
 bool contains(std::string_view text, std::string_view part);
 // Views into `text`, so that a field's position gives its span.
 std::vector<std::string_view> fields(std::string_view text);
+// The same into `out`, whose memory a reader of a long table reuses.
+void fields(std::string_view text, std::vector<std::string_view>& out);
 // The whole field must be a finite number, else nothing.
 std::optional<double> to_double(std::string_view field);
 std::optional<long long> to_integer(std::string_view field);

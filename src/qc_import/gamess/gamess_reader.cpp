@@ -685,22 +685,23 @@ private:
                 }
             }
         }
+        static constexpr double chem::Vec3::*axes[] = {&chem::Vec3::x, &chem::Vec3::y, &chem::Vec3::z};
+        for (auto& mode : group) {
+            mode.displacements.resize(atoms);
+        }
         for (std::size_t atom = 0; atom < atoms; ++atom) {
-            std::vector<double> xyz[3];
-            for (auto& axis : xyz) {
+            for (auto const axis : axes) {
                 if (!next()) {
                     return {};
                 }
-                auto const row = fields(line().text);
-                if (row.size() < group.size() + 1) {
+                fields(line().text, row_);
+                if (row_.size() < group.size() + 1) {
                     return {};
                 }
-                for (std::size_t k = row.size() - group.size(); k < row.size(); ++k) {
-                    axis.push_back(to_double(row[k]).value_or(0.0));
+                std::size_t const first_value = row_.size() - group.size();
+                for (std::size_t k = 0; k < group.size(); ++k) {
+                    group[k].displacements[atom].*axis = to_double(row_[first_value + k]).value_or(0.0);
                 }
-            }
-            for (std::size_t k = 0; k < group.size(); ++k) {
-                group[k].displacements.push_back({xyz[0][k], xyz[1][k], xyz[2][k]});
             }
         }
         return group;
@@ -1353,6 +1354,8 @@ private:
     int excited_multiplicity_ = 0;
     std::optional<int> root_;
     ScalarPropertyBlock scalars_;
+    // The fields of a row of a long table, kept to reuse their memory.
+    std::vector<std::string_view> row_;
 };
 
 }  // namespace
