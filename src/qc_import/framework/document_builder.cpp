@@ -112,6 +112,37 @@ StepId DocumentBuilder::add_step(JobId job_id, std::optional<chem::FrameId> fram
 
 CalculationStep& DocumentBuilder::step(StepId id) { return document_.steps.at(id.value - 1); }
 
+void DocumentBuilder::assign_system(JobId job_id, chem::SystemId system) {
+    auto& owner = job(job_id);
+    owner.system_id = system;
+    for (auto const id : owner.step_ids) {
+        step(id).system_id = system;
+    }
+}
+
+chem::SystemId DocumentBuilder::finish_job(JobId job_id, std::optional<chem::SystemId> system,
+                                           std::optional<chem::ElectronicState> state, std::string const& label) {
+    if (!system) {
+        system = system_for({}, state, label, std::nullopt);
+        assign_system(job_id, *system);
+    }
+    auto& owner = job(job_id);
+    if (owner.tasks.empty()) {
+        owner.tasks.push_back(TaskKind::single_point);
+        owner.primary_task = TaskKind::single_point;
+    }
+    return *system;
+}
+
+void DocumentBuilder::extend_step(StepId id, model::SourceSpan const& record) {
+    auto& owner = step(id);
+    if (!owner.source) {
+        owner.source = record;
+    } else if (owner.source->end.offset < record.end.offset) {
+        owner.source->end = record.end;
+    }
+}
+
 void DocumentBuilder::add_energy(StepId step_id, EnergyKind kind, std::string label, std::string method,
                                  double value, std::optional<model::SourceSpan> source) {
     auto& owner = step(step_id);

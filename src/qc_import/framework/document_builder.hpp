@@ -32,8 +32,19 @@ public:
     JobId add_job(CalculationJob job);
     CalculationJob& job(JobId id);
 
+    // Gives the job, and the steps it has already, their system, which an
+    // output names after some of the job's records.
+    void assign_system(JobId job, chem::SystemId system);
+    // What a job needs though its output stopped before saying it: a system,
+    // one without atoms when no geometry was read, and a task, a single
+    // point. Returns the job's system.
+    chem::SystemId finish_job(JobId job, std::optional<chem::SystemId> system,
+                              std::optional<chem::ElectronicState> state, std::string const& label);
+
     StepId add_step(JobId job, std::optional<chem::FrameId> frame, std::optional<model::SourceSpan> source);
     CalculationStep& step(StepId id);
+    // Widens the step's span to a record found in it.
+    void extend_step(StepId id, model::SourceSpan const& record);
     // A later energy of the same label in a step replaces the earlier one;
     // the step's primary energy is the last one recorded.
     void add_energy(StepId step, EnergyKind kind, std::string label, std::string method, double value,

@@ -4,6 +4,7 @@
 
 #include "framework/document_builder.hpp"
 #include "framework/line_cursor.hpp"
+#include "framework/records.hpp"
 #include "framework/sha256.hpp"
 #include "framework/text.hpp"
 #include "framework/units.hpp"
@@ -187,7 +188,7 @@ private:
             } else if (starts_with(text, "MBPT(2) ENERGY:")) {
                 read_cluster_energy(text);
             } else if (starts_with(text, "MAXIMUM GRADIENT =")) {
-                read_gradient_summary(text);
+                read_gradient_line(text);
             } else if (starts_with(text, "MODES") && contains(text, "ARE TAKEN AS ROTATIONS AND TRANSLATIONS")) {
                 read_rigid_modes(text);
             } else if (starts_with(text, "MP2 PROPERTIES...")) {
@@ -386,11 +387,7 @@ private:
         }
         system_ = builder_.system_for(input_->numbers, state_, title_, input_->span);
         atom_count_ = input_->numbers.size();
-        auto& job = builder_.job(job_);
-        job.system_id = *system_;
-        for (auto const step : job.step_ids) {
-            builder_.step(step).system_id = *system_;
-        }
+        builder_.assign_system(job_, *system_);
         auto const frame = builder_.add_frame(*system_, std::move(input_->positions), input_->span);
         step_ = builder_.add_step(job_, frame, input_->span);
         input_.reset();
@@ -443,15 +440,7 @@ private:
         return *step_;
     }
 
-    // Widens the step's span to a record found in it.
-    void extend_step(SourceSpan const& record) {
-        auto& step = builder_.step(current_step());
-        if (!step.source) {
-            step.source = record;
-        } else if (step.source->end.offset < record.end.offset) {
-            step.source->end = record.end;
-        }
-    }
+    void extend_step(SourceSpan const& record) { builder_.extend_step(current_step(), record); }
 
     void add_energy(EnergyKind kind, std::string label, std::string method, double value, SourceSpan where) {
         auto const step = current_step();
@@ -548,16 +537,9 @@ private:
     }
 
     // "MAXIMUM GRADIENT = 0.0013457    RMS GRADIENT = 0.0004696"
-    void read_gradient_summary(std::string_view text) {
-        if (!step_ || !builder_.step(*step_).gradient) {
-            return;
-        }
-        auto& gradient = *builder_.step(*step_).gradient;
-        if (auto const max = number_after(text, "MAXIMUM GRADIENT")) {
-            gradient.max = max->value;
-        }
-        if (auto const rms = number_after(text, "RMS GRADIENT")) {
-            gradient.rms = rms->value;
+    void read_gradient_line(std::string_view text) {
+        if (step_) {
+            read_gradient_summary(builder_.step(*step_).gradient, text, "MAXIMUM GRADIENT", "RMS GRADIENT");
         }
     }
 
@@ -951,11 +933,7 @@ private:
             if (!x || !y || !z || !total) {
                 return;
             }
-            double const per_debye = 1.0 / units::dipole_au_in_debye;
-            PermanentDipole moment;
-            moment.atomic_units = {*x * per_debye, *y * per_debye, *z * per_debye};
-            moment.magnitude_debye = *total;
-            moment.magnitude_atomic_units = *total * per_debye;
+            auto moment = dipole_from_debye(*x, *y, *z, *total);
             moment.method = properties_method_;
             moment.density_type = properties_density_;
             moment.source = span_of_lines(source_, first, line());
@@ -1245,14 +1223,7 @@ private:
     void scalar(std::string_view text, std::string_view key, char const* name, char const* label,
                 char const* unit) {
         if (auto const found = number_after(text, key)) {
-            ScalarProperty property{name, label, found->value, unit, span(found->field)};
-            for (auto& known : scalars_.properties) {
-                if (known.key == property.key) {
-                    known = std::move(property);
-                    return;
-                }
-            }
-            scalars_.properties.push_back(std::move(property));
+            set_property(scalars_, ScalarProperty{name, label, found->value, unit, span(found->field)});
         }
     }
 
@@ -1261,15 +1232,7 @@ private:
         if (scalars_.properties.empty()) {
             return;
         }
-        auto where = *scalars_.properties.front().source;
-        for (auto const& property : scalars_.properties) {
-            if (property.source->end.offset > where.end.offset) {
-                where.end = property.source->end;
-            }
-            if (property.source->begin.offset < where.begin.offset) {
-                where.begin = property.source->begin;
-            }
-        }
+        auto const where = span_of_properties(scalars_);
         builder_.add_analysis(job_, current_step(), std::move(scalars_), where);
         scalars_ = {};
     }
@@ -1284,21 +1247,9 @@ private:
             termination.source = span(text);
             return;
         }
-        termination.kind = TerminationKind::error;
-        Line reason_line = line();
-        std::size_t const stop = lines_.index() > 12 ? lines_.index() - 12 : 0;
-        for (std::size_t i = lines_.index(); i > stop; --i) {
-            auto const previous = trim(lines_.at(i - 1).text);
-            if (!previous.empty() && !contains(previous, "WORDS OF DYNAMIC MEMORY USED")) {
-                reason_line = lines_.at(i - 1);
-                break;
-            }
-        }
-        auto const reason = trim(reason_line.text);
-        termination.reason = std::string(reason);
-        termination.source = span_of_part(source_, reason_line, reason);
-        diagnostics_.push_back({Severity::error, "gamess.error_termination",
-                                "GAMESS stopped with an error: " + std::string(reason), termination.source});
+        diagnostics_.push_back(error_termination(termination, lines_, lines_.index(), 0, source_,
+                                                 "WORDS OF DYNAMIC MEMORY USED", "gamess.error_termination",
+                                                 "GAMESS"));
     }
 
     void finish() {
@@ -1308,19 +1259,7 @@ private:
             builder_.step(*step_).convergence->status = ConvergenceStatus::converged;
         }
         write_scalars();
-        auto& job = builder_.job(job_);
-        if (!system_) {
-            // A run cut before its molecule still needs a system to name.
-            system_ = builder_.system_for({}, state_, title_, std::nullopt);
-            job.system_id = *system_;
-            for (auto const step : job.step_ids) {
-                builder_.step(step).system_id = *system_;
-            }
-        }
-        if (job.tasks.empty()) {
-            job.tasks.push_back(TaskKind::single_point);
-            job.primary_task = TaskKind::single_point;
-        }
+        system_ = builder_.finish_job(job_, system_, state_, title_);
     }
 
     DocumentBuilder& builder_;
