@@ -161,6 +161,12 @@ void DocumentBuilder::add_energy(StepId step_id, EnergyKind kind, std::string la
     owner.energies.push_back(std::move(energy));
 }
 
+void DocumentBuilder::record_energy(StepId step_id, EnergyKind kind, std::string label, std::string method,
+                                    double value, model::SourceSpan const& source) {
+    add_energy(step_id, kind, std::move(label), std::move(method), value, source);
+    extend_step(step_id, source);
+}
+
 AnalysisId DocumentBuilder::add_analysis(JobId job, std::optional<StepId> step, AnalysisPayload payload,
                                          std::optional<model::SourceSpan> source) {
     AnalysisBlock block;

@@ -50,6 +50,9 @@ public:
     void add_energy(StepId step, EnergyKind kind, std::string label, std::string method, double value,
                     std::optional<model::SourceSpan> source);
     EnergyId next_energy_id() { return EnergyId(++energy_count_); }
+    // add_energy, the step's span widened to the number read.
+    void record_energy(StepId step, EnergyKind kind, std::string label, std::string method, double value,
+                       model::SourceSpan const& source);
 
     AnalysisId add_analysis(JobId job, std::optional<StepId> step, AnalysisPayload payload,
                             std::optional<model::SourceSpan> source);

@@ -387,9 +387,7 @@ private:
     void extend_step(SourceSpan const& record) { builder_.extend_step(current_step(), record); }
 
     void add_energy(EnergyKind kind, std::string label, std::string method, double value, SourceSpan where) {
-        auto const step = current_step();
-        builder_.add_energy(step, kind, std::move(label), std::move(method), value, where);
-        extend_step(where);
+        builder_.record_energy(current_step(), kind, std::move(label), std::move(method), value, where);
     }
 
     void energy(std::string_view text, std::string_view key, EnergyKind kind, std::string label,
