@@ -22,11 +22,14 @@ model::ParseResult<Document> import_output(std::string_view text, std::string_vi
     // Whatever the text holds, the caller gets a result: a reader's failure,
     // memory running out included, becomes a failed import.
     try {
-        if (import::gaussian::recognises(text)) {
-            return import::gaussian::read(text, file_name);
-        }
+        // GAMESS's banner stands in its first lines, so that testing for it
+        // first costs the other outputs little, and spares a GAMESS output
+        // the search of its whole head for a Gaussian banner.
         if (import::gamess::recognises(text)) {
             return import::gamess::read(text, file_name);
+        }
+        if (import::gaussian::recognises(text)) {
+            return import::gaussian::read(text, file_name);
         }
         return failure("qc.import.unknown_program", "not an output of a known program");
     } catch (std::exception const&) {

@@ -81,6 +81,9 @@ __attribute__((target("sha,sse4.1,ssse3"))) void compress_with_sha_extensions(st
         __m128i const cdgh_before = cdgh;
         // Four words of the schedule at a time, the last four groups kept.
         __m128i words[4];
+        // Unrolled, the words stay in registers and the first four groups
+        // lose their test.
+#pragma GCC unroll 16
         for (int group = 0; group < 16; ++group) {
             __m128i& current = words[group % 4];
             if (group < 4) {

@@ -1298,7 +1298,9 @@ private:
 }  // namespace
 
 bool recognises(std::string_view text) {
-    auto const head = text.substr(0, 1 << 16);
+    // The banner comes after the lines of the script that ran GAMESS, a few
+    // kilobytes at the most.
+    auto const head = text.substr(0, 1 << 14);
     return contains(head, "GAMESS VERSION =") || contains(head, "EXECUTION OF GAMESS BEGUN");
 }
 

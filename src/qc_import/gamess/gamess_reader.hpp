@@ -8,8 +8,8 @@
 
 namespace morv::qc::import::gamess {
 
-// From the text alone: the banner's "GAMESS VERSION" box, or the line with
-// which the run begins.
+// From the first 16 KB of the text: the banner's "GAMESS VERSION" box, or
+// the line with which the run begins.
 bool recognises(std::string_view text);
 
 model::ParseResult<Document> read(std::string_view text, std::string_view file_name);
