@@ -51,8 +51,10 @@ TEST(GamessOutputs, ReadAsPrinted) {
         EXPECT_EQ(document.program.kind, ProgramKind::gamess);
         EXPECT_EQ(document.program.version, "30 SEP 2018 (R3)");
         EXPECT_EQ(document.program.termination.kind, TerminationKind::normal);
-        ASSERT_EQ(document.sources.size(), 1u);
+        // The input that the script copied for GAMESS is the second source.
+        ASSERT_EQ(document.sources.size(), 2u);
         EXPECT_EQ(document.sources[0].size_bytes, text.size());
+        EXPECT_EQ(document.sources[1].path, document.program.input_file_name);
         ASSERT_EQ(document.jobs.size(), 1u);
         EXPECT_EQ(document.jobs[0].method, expected.method);
         EXPECT_EQ(document.jobs[0].basis_set, expected.basis);
@@ -110,6 +112,7 @@ TEST(GamessOutputs, OptimisationSteps) {
     EXPECT_EQ(document.frames.back().positions_angstrom[0].x, 1.4168673288);
     EXPECT_EQ(document.systems[0].electronic_state->multiplicity, 1u);
     EXPECT_EQ(document.systems[0].label, "divinylbenzene");
+    EXPECT_EQ(document.program.input_file_name, "dvb_gopt_a.inp");
     auto const& scalars = *analyses_of<ScalarPropertyBlock>(document).front();
     ASSERT_EQ(scalars.properties.size(), 2u);
     EXPECT_EQ(scalars.properties[1].key, "nuclear_repulsion_energy");

@@ -151,6 +151,8 @@ private:
                 read_cluster_energy(text);
             } else if (starts_with(text, "CI-SINGLES EXCITATION ENERGIES")) {
                 read_cis_table();
+            } else if (starts_with(text, "Copying input file ")) {
+                read_input_name(text.substr(19));
             } else if (starts_with(text, "CIS ") && contains(text, "PROPERTIES...")) {
                 properties_of("CIS", "excited state");
             }
@@ -315,6 +317,19 @@ private:
         job.tasks = tasks_of(options_);
         job.primary_task = job.tasks.front();
         scf_type_ = std::string(options_.value("SCFTYP"));
+    }
+
+    // "Copying input file water.inp to your run's scratch directory...",
+    // which the script that runs GAMESS writes: the input becomes a source
+    // of the document and its name the program's input file name.
+    void read_input_name(std::string_view rest) {
+        auto const name = first_field(rest);
+        auto& program = builder_.document().program;
+        if (name.empty() || !program.input_file_name.empty()) {
+            return;
+        }
+        builder_.source_for(std::string(name), std::nullopt);
+        program.input_file_name = std::string(name);
     }
 
     void read_title() {
