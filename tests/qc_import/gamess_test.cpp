@@ -7,6 +7,7 @@
 #include "output_test_support.hpp"
 
 #include <string>
+#include <vector>
 
 namespace morv::qc {
 namespace {
@@ -195,38 +196,54 @@ TEST(GamessOutputs, ExcitedStates) {
     EXPECT_EQ(triplets.states[2].contributions[3].coefficient, 0.760217);
 }
 
-// An unrestricted run prints the beta orbitals after the alpha ones, each
-// set filled to its own count.
-TEST(GamessOutputs, UnrestrictedOrbitals) {
-    auto const result = import_output(" GAMESS VERSION = 30 SEP 2018 (R3)\n"
-                                      " NUMBER OF OCCUPIED ORBITALS (ALPHA)          =    2\n"
-                                      " NUMBER OF OCCUPIED ORBITALS (BETA )          =    1\n"
+// Occupations from the electron counts (three alpha, two beta): an
+// unrestricted run prints each spin's set after its heading, filled to its
+// own count; a restricted open-shell one, a single set with one singly
+// occupied orbital.
+TEST(GamessOutputs, OrbitalOccupations) {
+    struct Case {
+        char const* scf;
+        char const* heading;
+        SpinChannel spin;
+        std::vector<double> occupations;
+    };
+    Case const cases[] = {
+        {"UHF", "  ----- BETA SET -----\n", SpinChannel::beta, {1, 1, 0, 0}},
+        {"UHF", "  ----- ALPHA SET -----\n", SpinChannel::alpha, {1, 1, 1, 0}},
+        {"ROHF", "", SpinChannel::none, {2, 2, 1, 0}},
+    };
+    for (auto const& c : cases) {
+        SCOPED_TRACE(std::string(c.scf) + " " + c.heading);
+        auto const text = std::string(" GAMESS VERSION = 30 SEP 2018 (R3)\n"
+                                      " NUMBER OF OCCUPIED ORBITALS (ALPHA)          =    3\n"
+                                      " NUMBER OF OCCUPIED ORBITALS (BETA )          =    2\n"
                                       "     $CONTRL OPTIONS\n"
                                       "     ---------------\n"
-                                      " SCFTYP=UHF          RUNTYP=ENERGY       EXETYP=RUN\n"
-                                      "\n"
-                                      "  ----- BETA SET -----\n"
-                                      "          EIGENVECTORS\n"
-                                      "          ------------\n"
-                                      "\n"
-                                      "                      1          2          3\n"
-                                      "                  -10.5000    -0.5000     0.2500\n"
-                                      "                     A          A          A\n"
-                                      "    1  C  1  S    0.994203  -0.234218  -0.000000\n"
-                                      "\n"
-                                      " ...... END OF UHF CALCULATION ......\n"
-                                      " EXECUTION OF GAMESS TERMINATED NORMALLY\n",
-                                      "u.out");
-    EXPECT_EQ(result.status, model::ParseStatus::complete);
-    auto const sets = analyses_of<OrbitalSetBlock>(result.value);
-    ASSERT_EQ(sets.size(), 1u);
-    EXPECT_EQ(sets[0]->spin, SpinChannel::beta);
-    ASSERT_EQ(sets[0]->orbitals.size(), 3u);
-    EXPECT_EQ(sets[0]->orbitals[1].energy, -0.5);
-    EXPECT_EQ(sets[0]->orbitals[0].occupation, 1.0);
-    EXPECT_EQ(sets[0]->orbitals[1].occupation, 0.0);
-    EXPECT_EQ(result.value.jobs[0].method, "UHF");
-    EXPECT_TRUE(validate_document(result.value).empty());
+                                      " SCFTYP=") +
+                          c.scf + "          RUNTYP=ENERGY       EXETYP=RUN\n\n" + c.heading +
+                          "          EIGENVECTORS\n"
+                          "          ------------\n"
+                          "\n"
+                          "                      1          2          3          4\n"
+                          "                  -10.5000    -0.5000    -0.2500     0.2500\n"
+                          "                     A          A          A          A\n"
+                          "    1  C  1  S    0.994203  -0.234218  -0.000000   0.100000\n"
+                          "\n"
+                          " ...... END OF SCF CALCULATION ......\n"
+                          " EXECUTION OF GAMESS TERMINATED NORMALLY\n";
+        auto const result = import_output(text, "o.out");
+        EXPECT_EQ(result.status, model::ParseStatus::complete);
+        auto const sets = analyses_of<OrbitalSetBlock>(result.value);
+        ASSERT_EQ(sets.size(), 1u);
+        EXPECT_EQ(sets[0]->spin, c.spin);
+        ASSERT_EQ(sets[0]->orbitals.size(), 4u);
+        EXPECT_EQ(sets[0]->orbitals[1].energy, -0.5);
+        for (std::size_t i = 0; i < 4; ++i) {
+            EXPECT_EQ(sets[0]->orbitals[i].occupation, c.occupations[i]) << i;
+        }
+        EXPECT_EQ(result.value.jobs[0].method, c.scf);
+        EXPECT_TRUE(validate_document(result.value).empty());
+    }
 }
 
 TEST(GamessOutputs, ErrorTermination) {
