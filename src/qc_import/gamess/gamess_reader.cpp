@@ -51,6 +51,15 @@ std::optional<int> small_integer(std::string_view field) {
     return static_cast<int>(*n);
 }
 
+// A count or a charge printed as a number, when it is a whole one of a
+// sensible size.
+std::optional<int> whole_number(std::optional<NumberField> const& number) {
+    if (!number || std::abs(number->value) > 1000000 || number->value != std::floor(number->value)) {
+        return std::nullopt;
+    }
+    return static_cast<int>(number->value);
+}
+
 char const* multiplicity_name(int multiplicity) {
     static constexpr char const* names[] = {"", "Singlet", "Doublet", "Triplet", "Quartet", "Quintet"};
     return multiplicity > 0 && multiplicity < 6 ? names[multiplicity] : "";
@@ -142,9 +151,7 @@ private:
             return;
         case 'C':
             if (starts_with(text, "CHARGE OF MOLECULE")) {
-                if (auto const found = number_after(text, "CHARGE OF MOLECULE")) {
-                    charge_ = static_cast<int>(found->value);
-                }
+                charge_ = whole_number(number_after(text, "CHARGE OF MOLECULE"));
             } else if (starts_with(text, "COORDINATES OF ALL ATOMS ARE")) {
                 read_search_geometry(text);
             } else if (starts_with(text, "CC")) {
@@ -207,9 +214,7 @@ private:
             } else if (starts_with(text, "NUMBER OF CARTESIAN GAUSSIAN BASIS FUNCTIONS")) {
                 scalar(text, "FUNCTIONS", "basis_functions", "Number of basis functions", "");
             } else if (starts_with(text, "NSTATE") && contains(text, "IROOT")) {
-                if (auto const found = number_after(text, "IROOT")) {
-                    root_ = static_cast<int>(found->value);
-                }
+                root_ = whole_number(number_after(text, "IROOT"));
             }
             return;
         case 'O':
@@ -339,11 +344,11 @@ private:
     }
 
     void read_multiplicity(std::string_view text) {
-        auto const found = number_after(text, "SPIN MULTIPLICITY");
-        if (!found || !charge_ || found->value < 1 || found->value > 1000 || std::abs(*charge_) > 1000) {
+        auto const multiplicity = whole_number(number_after(text, "SPIN MULTIPLICITY"));
+        if (!multiplicity || !charge_ || *multiplicity < 1 || *multiplicity > 1000 || std::abs(*charge_) > 1000) {
             return;
         }
-        state_ = chem::ElectronicState{*charge_, static_cast<std::uint32_t>(found->value)};
+        state_ = chem::ElectronicState{*charge_, static_cast<std::uint32_t>(*multiplicity)};
         open_first_step();
     }
 
@@ -849,11 +854,8 @@ private:
         }
         step_back();
         auto const spin = scf_type_ == "UHF" ? orbital_spin_ : SpinChannel::none;
-        auto const count = [](std::optional<NumberField> const& electrons) {
-            return electrons ? static_cast<int>(electrons->value) : 0;
-        };
-        int const alpha = count(alpha_electrons_);
-        int const beta = count(beta_electrons_);
+        int const alpha = whole_number(alpha_electrons_).value_or(0);
+        int const beta = whole_number(beta_electrons_).value_or(0);
         for (auto& orbital : orbitals) {
             int const i = *orbital.index;
             double occupation = 0.0;
@@ -1119,7 +1121,7 @@ private:
         state.index = *index;
         state.method = "CIS";
         state.total_energy = total->value;
-        if (spin) {
+        if (spin && spin->value >= 0 && spin->value < 100) {
             int const multiplicity = static_cast<int>(std::lround(2.0 * spin->value + 1.0));
             state.multiplicity = multiplicity;
             state.multiplicity_label = multiplicity_name(multiplicity);
@@ -1206,11 +1208,11 @@ private:
     // dipole and "OSCILLATOR STRENGTH = 0.001677"; a spin-forbidden one
     // "IS OPTICALLY INACTIVE," and has no strength.
     void read_cis_transition(std::string_view text) {
-        auto const index = number_after(text, "EXCITED STATE");
+        auto const index = whole_number(number_after(text, "EXCITED STATE"));
         if (!index) {
             return;
         }
-        auto* state = state_numbered(static_cast<long long>(index->value));
+        auto* state = state_numbered(*index);
         if (state == nullptr) {
             return;
         }
