@@ -1,5 +1,7 @@
 #include "framework/document_builder.hpp"
 
+#include "framework/sha256.hpp"
+
 #include <array>
 #include <utility>
 
@@ -68,6 +70,16 @@ chem::SystemId DocumentBuilder::system_for(std::vector<int> const& atomic_number
     system.source = source;
     document_.systems.push_back(std::move(system));
     return document_.systems.back().id;
+}
+
+model::SourceId DocumentBuilder::add_output(std::string_view file_name, std::string_view text, ProgramKind kind,
+                                            std::string name) {
+    auto const source = source_for(std::string(file_name), text.size());
+    document_.sources.back().sha256 = sha256_hex(text);
+    document_.program.kind = kind;
+    document_.program.name = std::move(name);
+    document_.normalization.profile = ResultProfile::standard;
+    return source;
 }
 
 chem::FrameId DocumentBuilder::add_frame(chem::SystemId system, std::vector<chem::Vec3> positions_angstrom,

@@ -18,6 +18,10 @@ class DocumentBuilder {
 public:
     // The source of this path if there is one already, else a new one.
     model::SourceId source_for(std::string path, std::optional<std::uint64_t> size_bytes);
+    // The output being read, with its size and SHA-256 digest, and the
+    // program that wrote it.
+    model::SourceId add_output(std::string_view file_name, std::string_view text, ProgramKind kind,
+                               std::string name);
 
     // The system with these atoms and this state if one exists already, else
     // a new one with this label: the jobs of one run on one molecule share

@@ -5,7 +5,6 @@
 #include "framework/document_builder.hpp"
 #include "framework/line_cursor.hpp"
 #include "framework/records.hpp"
-#include "framework/sha256.hpp"
 #include "framework/text.hpp"
 #include "framework/units.hpp"
 
@@ -1324,14 +1323,9 @@ bool recognises(std::string_view text) {
 model::ParseResult<Document> read(std::string_view text, std::string_view file_name) {
     model::ParseResult<Document> result;
     DocumentBuilder builder;
-    auto const source = builder.source_for(std::string(file_name), text.size());
-    builder.document().sources.back().sha256 = sha256_hex(text);
+    auto const source = builder.add_output(file_name, text, ProgramKind::gamess, "GAMESS");
     LineCursor lines(text);
-
     auto& program = builder.document().program;
-    program.kind = ProgramKind::gamess;
-    program.name = "GAMESS";
-    builder.document().normalization.profile = ResultProfile::standard;
 
     Reader(builder, source, lines, result.diagnostics).read();
 

@@ -5,7 +5,6 @@
 #include "framework/document_builder.hpp"
 #include "framework/line_cursor.hpp"
 #include "framework/records.hpp"
-#include "framework/sha256.hpp"
 #include "framework/superposition.hpp"
 #include "framework/text.hpp"
 #include "framework/units.hpp"
@@ -1108,15 +1107,10 @@ bool recognises(std::string_view text) {
 model::ParseResult<Document> read(std::string_view text, std::string_view file_name) {
     model::ParseResult<Document> result;
     DocumentBuilder builder;
-    auto const source = builder.source_for(std::string(file_name), text.size());
-    builder.document().sources.back().sha256 = sha256_hex(text);
+    auto const source = builder.add_output(file_name, text, ProgramKind::gaussian, "Gaussian");
     LineCursor lines(text);
-
     auto& program = builder.document().program;
-    program.kind = ProgramKind::gaussian;
-    program.name = "Gaussian";
     program.version = read_version(lines);
-    builder.document().normalization.profile = ResultProfile::standard;
 
     for (auto const range : split_jobs(lines)) {
         if (range.end <= range.begin) {
