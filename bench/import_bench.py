@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Times morv_qc_json.import_output against cclib.io.ccread on Gaussian and ORCA outputs.
+"""Times morv_qc_json.import_output against cclib.io.ccread on Gaussian, ORCA and GAMESS outputs.
 
 Both read the same bytes in the same process: import_output from the text held
 in memory, ccread from the file (it takes a path), so that ccread's time
@@ -8,8 +8,8 @@ the two readers and each reports the median of its rounds. A rate is 10^6
 bytes of the output per second; the ratio is morv_qc_json's rate divided by
 cclib's on the same output, above 1 meaning faster.
 
-The outputs are the largest bundled ones, the largest of the shared folder
-when it is there, and outputs grown from dvb_gopt.out (a geometry
+The outputs are the largest bundled ones of each program, the largest of the
+shared folders when they are there, and outputs grown from dvb_gopt.out (a geometry
 optimisation in five steps): the text of its first four steps, from the line
 of the first "Input orientation:" to that of the fifth, is repeated N times
 between the original beginning and the original fifth step and end. The grown outputs, of 0.2, 1.4, 13.5
@@ -37,6 +37,8 @@ import morv_qc_json
 ROOT = Path(__file__).resolve().parents[1]
 BUNDLED = ROOT / "tests" / "data" / "gaussian"
 SHARED = ROOT.parent / "shared" / "outputs" / "Gaussian" / "basicGaussian16"
+BUNDLED_GAMESS = ROOT / "tests" / "data" / "gamess"
+SHARED_GAMESS = ROOT.parent / "shared" / "outputs" / "GAMESS" / "basicGAMESS-US2018"
 GROWN_FROM = BUNDLED / "dvb_gopt.out"
 MARK = b"Input orientation:"
 BUNDLED_ORCA = ROOT / "tests" / "data" / "orca"
@@ -55,6 +57,11 @@ def grown(times, source=GROWN_FROM, mark=MARK, steps=4):
     # Gaussian's sixth geometry is the fifth printed again after convergence.
     first, last = starts[0], starts[steps]
     return text[:first] + text[first:last] * times + text[last:]
+
+
+def largest(folder):
+    """The three largest outputs of a folder."""
+    return sorted((p for p in folder.iterdir() if p.suffix in (".log", ".out")), key=lambda p: -p.stat().st_size)[:3]
 
 
 def medians(readers, rounds):
@@ -97,12 +104,10 @@ def main():
     print("| output | MB | morv_qc_json MB/s | cclib MB/s | ratio |")
     print("|---|---:|---:|---:|---:|")
     files = []
-    for bundled, shared in ((BUNDLED, SHARED), (BUNDLED_ORCA, SHARED_ORCA)):
-        files += sorted((p for p in bundled.iterdir() if p.suffix in (".log", ".out")),
-                        key=lambda p: -p.stat().st_size)[:3]
+    for bundled, shared in ((BUNDLED, SHARED), (BUNDLED_ORCA, SHARED_ORCA), (BUNDLED_GAMESS, SHARED_GAMESS)):
+        files += largest(bundled)
         if shared.is_dir():
-            files += sorted((p for p in shared.iterdir() if p.suffix in (".log", ".out")),
-                            key=lambda p: -p.stat().st_size)[:3]
+            files += largest(shared)
         else:
             print(f"(no shared outputs at {shared})", file=sys.stderr)
     for path in files:

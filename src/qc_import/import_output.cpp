@@ -1,5 +1,6 @@
 #include <morv/qc/import.hpp>
 
+#include "gamess/gamess_reader.hpp"
 #include "gaussian/gaussian_reader.hpp"
 #include "orca/orca_reader.hpp"
 
@@ -22,6 +23,12 @@ model::ParseResult<Document> import_output(std::string_view text, std::string_vi
     // Whatever the text holds, the caller gets a result: a reader's failure,
     // memory running out included, becomes a failed import.
     try {
+        // GAMESS's banner stands in its first lines, so that testing for it
+        // first costs the other outputs little, and spares a GAMESS output
+        // the search of its whole head for a Gaussian banner.
+        if (import::gamess::recognises(text)) {
+            return import::gamess::read(text, file_name);
+        }
         if (import::gaussian::recognises(text)) {
             return import::gaussian::read(text, file_name);
         }

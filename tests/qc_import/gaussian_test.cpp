@@ -4,45 +4,19 @@
 
 #include <gtest/gtest.h>
 
+#include "output_test_support.hpp"
+
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <string>
-#include <variant>
 
 namespace morv::qc {
 namespace {
 
-std::string read_output(std::string const& name) {
-    std::ifstream in(std::string(MORV_GAUSSIAN_DATA_DIR) + "/" + name, std::ios::binary);
-    EXPECT_TRUE(in) << name;
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
+using test_support::analyses_of;
+using test_support::primary_energy;
+using test_support::spanned;
 
-std::string spanned(std::string const& text, model::SourceSpan const& span) {
-    return text.substr(span.begin.offset, span.end.offset - span.begin.offset);
-}
-
-EnergyRecord const& primary_energy(CalculationStep const& step) {
-    for (auto const& energy : step.energies) {
-        if (step.primary_energy_id && energy.id == *step.primary_energy_id) {
-            return energy;
-        }
-    }
-    ADD_FAILURE() << "no primary energy";
-    return step.energies.front();
-}
-
-template <typename Payload>
-std::vector<Payload const*> analyses_of(Document const& document) {
-    std::vector<Payload const*> out;
-    for (auto const& block : document.analyses) {
-        if (auto const* payload = std::get_if<Payload>(&block.payload)) {
-            out.push_back(payload);
-        }
-    }
-    return out;
-}
+std::string read_output(std::string const& name) { return test_support::read_output(MORV_GAUSSIAN_DATA_DIR, name); }
 
 struct Expected {
     char const* file;
@@ -383,38 +357,10 @@ TEST(GaussianOutputs, ErrorTermination) {
     EXPECT_EQ(result.diagnostics.back().code, "gaussian.error_termination");
 }
 
-// An output cut anywhere still imports, as far as it goes.
 TEST(GaussianOutputs, EveryPrefixReturns) {
     for (char const* file : {"dvb_gopt.out", "dvb_td.out", "dvb_raman.out"}) {
-        auto const text = read_output(file);
-        auto const whole = import_output(text, file).value;
-        std::vector<std::size_t> cuts = {0, 1, 17, 333, 5000, text.size() - 200, text.size() - 1};
-        for (std::size_t cut = 4096; cut < text.size(); cut += 4096) {
-            cuts.push_back(cut);
-        }
-        for (auto const cut : cuts) {
-            SCOPED_TRACE(std::string(file) + " cut at " + std::to_string(cut));
-            auto const result = import_output(std::string_view(text).substr(0, cut), file);
-            if (result.status == model::ParseStatus::failed) {
-                EXPECT_EQ(result.diagnostics.at(0).message, "not an output of a known program");
-                continue;
-            }
-            if (text.rfind("Normal termination", cut) != std::string::npos) {
-                EXPECT_EQ(result.status, model::ParseStatus::complete);
-                continue;
-            }
-            EXPECT_EQ(result.status, model::ParseStatus::partial);
-            ASSERT_FALSE(result.diagnostics.empty());
-            EXPECT_EQ(result.diagnostics.back().code, "gaussian.truncated");
-            EXPECT_EQ(result.value.program.termination.kind, TerminationKind::truncated);
-            EXPECT_TRUE(validate_document(result.value).empty());
-            // What was read before the cut is what the whole output gives.
-            auto const& frames = result.value.frames;
-            ASSERT_LE(frames.size(), whole.frames.size());
-            for (std::size_t i = 0; i < frames.size(); ++i) {
-                EXPECT_EQ(frames[i].positions_angstrom, whole.frames[i].positions_angstrom);
-            }
-        }
+        test_support::expect_every_prefix_imports(read_output(file), file, "Normal termination", "gaussian.truncated",
+                                                  0);
     }
 }
 

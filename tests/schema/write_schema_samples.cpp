@@ -316,6 +316,7 @@ int main(int argc, char** argv) {
         samples.write_decoded(MORV_FUZZ_CORPUS_DIR, "corpus_");
         samples.write_imported(MORV_GAUSSIAN_DATA_DIR, "gaussian_");
         samples.write_imported(MORV_ORCA_DATA_DIR, "orca_");
+        samples.write_imported(MORV_GAMESS_DATA_DIR, "gamess_");
         std::size_t const sizes[] = {0, 20'000, 100'000};
         for (std::uint64_t seed = 1; seed <= 6; ++seed) {
             for (std::size_t const size : sizes) {

@@ -1,5 +1,7 @@
 #include "framework/document_builder.hpp"
 
+#include "framework/sha256.hpp"
+
 #include <array>
 #include <utility>
 
@@ -70,6 +72,16 @@ chem::SystemId DocumentBuilder::system_for(std::vector<int> const& atomic_number
     return document_.systems.back().id;
 }
 
+model::SourceId DocumentBuilder::add_output(std::string_view file_name, std::string_view text, ProgramKind kind,
+                                            std::string name) {
+    auto const source = source_for(std::string(file_name), text.size());
+    document_.sources.back().sha256 = sha256_hex(text);
+    document_.program.kind = kind;
+    document_.program.name = std::move(name);
+    document_.normalization.profile = ResultProfile::standard;
+    return source;
+}
+
 chem::FrameId DocumentBuilder::add_frame(chem::SystemId system, std::vector<chem::Vec3> positions_angstrom,
                                          std::optional<model::SourceSpan> source) {
     chem::GeometryFrame frame;
@@ -112,6 +124,37 @@ StepId DocumentBuilder::add_step(JobId job_id, std::optional<chem::FrameId> fram
 
 CalculationStep& DocumentBuilder::step(StepId id) { return document_.steps.at(id.value - 1); }
 
+void DocumentBuilder::assign_system(JobId job_id, chem::SystemId system) {
+    auto& owner = job(job_id);
+    owner.system_id = system;
+    for (auto const id : owner.step_ids) {
+        step(id).system_id = system;
+    }
+}
+
+chem::SystemId DocumentBuilder::finish_job(JobId job_id, std::optional<chem::SystemId> system,
+                                           std::optional<chem::ElectronicState> state, std::string const& label) {
+    if (!system) {
+        system = system_for({}, state, label, std::nullopt);
+        assign_system(job_id, *system);
+    }
+    auto& owner = job(job_id);
+    if (owner.tasks.empty()) {
+        owner.tasks.push_back(TaskKind::single_point);
+        owner.primary_task = TaskKind::single_point;
+    }
+    return *system;
+}
+
+void DocumentBuilder::extend_step(StepId id, model::SourceSpan const& record) {
+    auto& owner = step(id);
+    if (!owner.source) {
+        owner.source = record;
+    } else if (owner.source->end.offset < record.end.offset) {
+        owner.source->end = record.end;
+    }
+}
+
 void DocumentBuilder::add_energy(StepId step_id, EnergyKind kind, std::string label, std::string method,
                                  double value, std::optional<model::SourceSpan> source) {
     auto& owner = step(step_id);
@@ -128,6 +171,12 @@ void DocumentBuilder::add_energy(StepId step_id, EnergyKind kind, std::string la
     EnergyRecord energy{next_energy_id(), kind, std::move(label), std::move(method), value, source};
     owner.primary_energy_id = energy.id;
     owner.energies.push_back(std::move(energy));
+}
+
+void DocumentBuilder::record_energy(StepId step_id, EnergyKind kind, std::string label, std::string method,
+                                    double value, model::SourceSpan const& source) {
+    add_energy(step_id, kind, std::move(label), std::move(method), value, source);
+    extend_step(step_id, source);
 }
 
 AnalysisId DocumentBuilder::add_analysis(JobId job, std::optional<StepId> step, AnalysisPayload payload,

@@ -18,6 +18,10 @@ class DocumentBuilder {
 public:
     // The source of this path if there is one already, else a new one.
     model::SourceId source_for(std::string path, std::optional<std::uint64_t> size_bytes);
+    // The output being read, with its size and SHA-256 digest, and the
+    // program that wrote it.
+    model::SourceId add_output(std::string_view file_name, std::string_view text, ProgramKind kind,
+                               std::string name);
 
     // The system with these atoms and this state if one exists already, else
     // a new one with this label: the jobs of one run on one molecule share
@@ -32,13 +36,27 @@ public:
     JobId add_job(CalculationJob job);
     CalculationJob& job(JobId id);
 
+    // Gives the job, and the steps it has already, their system, which an
+    // output names after some of the job's records.
+    void assign_system(JobId job, chem::SystemId system);
+    // What a job needs though its output stopped before saying it: a system,
+    // one without atoms when no geometry was read, and a task, a single
+    // point. Returns the job's system.
+    chem::SystemId finish_job(JobId job, std::optional<chem::SystemId> system,
+                              std::optional<chem::ElectronicState> state, std::string const& label);
+
     StepId add_step(JobId job, std::optional<chem::FrameId> frame, std::optional<model::SourceSpan> source);
     CalculationStep& step(StepId id);
+    // Widens the step's span to a record found in it.
+    void extend_step(StepId id, model::SourceSpan const& record);
     // A later energy of the same label in a step replaces the earlier one;
     // the step's primary energy is the last one recorded.
     void add_energy(StepId step, EnergyKind kind, std::string label, std::string method, double value,
                     std::optional<model::SourceSpan> source);
     EnergyId next_energy_id() { return EnergyId(++energy_count_); }
+    // add_energy, the step's span widened to the number read.
+    void record_energy(StepId step, EnergyKind kind, std::string label, std::string method, double value,
+                       model::SourceSpan const& source);
 
     AnalysisId add_analysis(JobId job, std::optional<StepId> step, AnalysisPayload payload,
                             std::optional<model::SourceSpan> source);

@@ -3,13 +3,18 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
+#include <system_error>
 
 namespace morv::qc::import {
 
 std::vector<std::string_view> fields(std::string_view text) {
     std::vector<std::string_view> out;
-    // Enough for the lines of a table, so that one allocation serves.
-    out.reserve(16);
+    fields(text, out);
+    return out;
+}
+
+void fields(std::string_view text, std::vector<std::string_view>& out) {
+    out.clear();
     std::size_t i = 0;
     while (i < text.size()) {
         while (i < text.size() && is_blank(text[i])) {
@@ -23,7 +28,6 @@ std::vector<std::string_view> fields(std::string_view text) {
             out.push_back(text.substr(start, i - start));
         }
     }
-    return out;
 }
 
 std::optional<double> to_double(std::string_view field) {
@@ -87,6 +91,31 @@ std::string ascii_lower(std::string_view text) {
         c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     }
     return out;
+}
+
+std::optional<NumberField> number_after(std::string_view text, std::string_view key) {
+    auto const at = text.find(key);
+    if (at == std::string_view::npos) {
+        return std::nullopt;
+    }
+    auto rest = text.substr(at + key.size());
+    auto skip_blanks = [&rest] {
+        while (!rest.empty() && (rest.front() == ' ' || rest.front() == '\t')) {
+            rest.remove_prefix(1);
+        }
+    };
+    skip_blanks();
+    if (!rest.empty() && rest.front() == '=') {
+        rest.remove_prefix(1);
+        skip_blanks();
+    }
+    auto const end = rest.find_first_of(" \t");
+    auto const field = rest.substr(0, end);
+    auto const value = to_double(field);
+    if (!value) {
+        return std::nullopt;
+    }
+    return NumberField{*value, field};
 }
 
 }  // namespace morv::qc::import

@@ -25,11 +25,22 @@ inline bool starts_with(std::string_view text, std::string_view prefix) {
 inline bool contains(std::string_view text, std::string_view part) { return text.find(part) != std::string_view::npos; }
 // Views into `text`, so that a field's position gives its span.
 std::vector<std::string_view> fields(std::string_view text);
+// The same into `out`, whose memory a reader of a long table reuses.
+void fields(std::string_view text, std::vector<std::string_view>& out);
 // The whole field must be a finite number, else nothing.
 std::optional<double> to_double(std::string_view field);
 std::optional<long long> to_integer(std::string_view field);
 // ASCII case changes, for keywords that programs read without regard to case.
 std::string ascii_upper(std::string_view text);
 std::string ascii_lower(std::string_view text);
+
+// The number after the first `key` in `text`, blanks and one '=' allowed
+// between them: "ENERGY=   -74.59", "S = 1.0", "IS  -382.05 AFTER".
+struct NumberField {
+    double value = 0.0;
+    // The number's characters, a view into `text`.
+    std::string_view field;
+};
+std::optional<NumberField> number_after(std::string_view text, std::string_view key);
 
 }  // namespace morv::qc::import

@@ -4,7 +4,7 @@
 
 #include "framework/document_builder.hpp"
 #include "framework/line_cursor.hpp"
-#include "framework/sha256.hpp"
+#include "framework/records.hpp"
 #include "framework/superposition.hpp"
 #include "framework/text.hpp"
 #include "framework/units.hpp"
@@ -79,34 +79,6 @@ std::vector<JobRange> split_jobs(LineCursor const& lines) {
         jobs.push_back({0, lines.size()});
     }
     return jobs;
-}
-
-// The value after `key` on a line such as "E2 = -0.37D-01 EUMP2 = -0.75D+02".
-struct KeyedValue {
-    double value = 0.0;
-    std::string_view field;
-};
-
-std::optional<KeyedValue> value_after(std::string_view text, std::string_view key) {
-    auto const at = text.find(key);
-    if (at == std::string_view::npos) {
-        return std::nullopt;
-    }
-    auto rest = text.substr(at + key.size());
-    auto const values = fields(rest);
-    for (auto field : values) {
-        if (field == "=") {
-            continue;
-        }
-        if (field.front() == '=') {
-            field.remove_prefix(1);
-        }
-        if (auto const number = to_double(field)) {
-            return KeyedValue{*number, field};
-        }
-        return std::nullopt;
-    }
-    return std::nullopt;
 }
 
 int multiplicity_of(std::string_view label) {
@@ -554,14 +526,10 @@ private:
         auto& numbers = read->numbers;
         auto& positions = read->positions;
         auto const table = read->span;
-        auto& job = builder_.job(job_);
         if (!system_) {
             system_ = builder_.system_for(numbers, state_, title_, table);
-            job.system_id = *system_;
+            builder_.assign_system(job_, *system_);
             atom_count_ = numbers.size();
-            for (auto const step : job.step_ids) {
-                builder_.step(step).system_id = *system_;
-            }
         } else if (numbers.size() != atom_count_) {
             return;
         }
@@ -588,25 +556,15 @@ private:
         return *step_;
     }
 
-    // Widens the step's span to a record found in it.
-    void extend_step(SourceSpan const& record) {
-        auto& step = builder_.step(current_step());
-        if (!step.source) {
-            step.source = record;
-        } else if (step.source->end.offset < record.end.offset) {
-            step.source->end = record.end;
-        }
-    }
+    void extend_step(SourceSpan const& record) { builder_.extend_step(current_step(), record); }
 
     void add_energy(EnergyKind kind, std::string label, std::string method, double value, SourceSpan where) {
-        auto const step = current_step();
-        builder_.add_energy(step, kind, std::move(label), std::move(method), value, where);
-        extend_step(where);
+        builder_.record_energy(current_step(), kind, std::move(label), std::move(method), value, where);
     }
 
     void energy(std::string_view text, std::string_view key, EnergyKind kind, std::string label,
                 std::string method) {
-        if (auto const found = value_after(text, key)) {
+        if (auto const found = number_after(text, key)) {
             add_energy(kind, std::move(label), std::move(method), found->value, span(found->field));
         }
     }
@@ -628,7 +586,7 @@ private:
         if (close == std::string_view::npos) {
             return;
         }
-        auto const found = value_after(text.substr(close), ")");
+        auto const found = number_after(text.substr(close), ")");
         if (!found) {
             return;
         }
@@ -651,7 +609,7 @@ private:
     // The step's primary energy stays that of the state whose CIS total
     // Gaussian printed, the one it follows.
     void read_cisd_total(std::string_view text) {
-        auto const found = value_after(text, "E(CIS(D))=");
+        auto const found = number_after(text, "E(CIS(D))=");
         if (!found || !cisd_state_) {
             return;
         }
@@ -850,15 +808,8 @@ private:
     // "Cartesian Forces:  Max     0.050454775 RMS     0.015077523", the
     // largest component and the root mean square of the forces just printed.
     void read_force_summary(std::string_view text) {
-        if (!step_ || !builder_.step(*step_).gradient) {
-            return;
-        }
-        auto& gradient = *builder_.step(*step_).gradient;
-        if (auto const max = value_after(text, "Max")) {
-            gradient.max = max->value;
-        }
-        if (auto const rms = value_after(text, "RMS")) {
-            gradient.rms = rms->value;
+        if (step_) {
+            read_gradient_summary(builder_.step(*step_).gradient, text, "Max", "RMS");
         }
     }
 
@@ -1046,7 +997,7 @@ private:
         while (next()) {
             auto const text = trim(line().text);
             auto take = [&](char const* key, std::optional<double>& into) {
-                if (auto const found = value_after(text, key)) {
+                if (auto const found = number_after(text, key)) {
                     into = found->value;
                 }
             };
@@ -1209,18 +1160,14 @@ private:
             return;
         }
         auto const text = line().text;
-        auto const x = value_after(text, "X=");
-        auto const y = value_after(text, "Y=");
-        auto const z = value_after(text, "Z=");
-        auto const total = value_after(text, "Tot=");
+        auto const x = number_after(text, "X=");
+        auto const y = number_after(text, "Y=");
+        auto const z = number_after(text, "Z=");
+        auto const total = number_after(text, "Tot=");
         if (!x || !y || !z || !total) {
             return;
         }
-        PermanentDipole moment;
-        double const per_debye = 1.0 / units::dipole_au_in_debye;
-        moment.atomic_units = {x->value * per_debye, y->value * per_debye, z->value * per_debye};
-        moment.magnitude_debye = total->value;
-        moment.magnitude_atomic_units = total->value * per_debye;
+        auto moment = dipole_from_debye(x->value, y->value, z->value, total->value);
         moment.method = route_.method;
         moment.density_type = "electronic";
         moment.source = span_of_lines(source_, first, line());
@@ -1231,7 +1178,7 @@ private:
 
     void scalar(std::string_view text, std::string_view key, char const* name, char const* label,
                 char const* unit) {
-        if (auto const found = value_after(text, key)) {
+        if (auto const found = number_after(text, key)) {
             ScalarProperty property{name, label, found->value, unit, span(found->field)};
             add_property(std::move(property));
         }
@@ -1245,28 +1192,13 @@ private:
     // value of the same quantity replacing the earlier one.
     void add_property(ScalarProperty property) {
         current_step();
-        for (auto& known : scalars_.properties) {
-            if (known.key == property.key) {
-                known = std::move(property);
-                return;
-            }
-        }
-        scalars_.properties.push_back(std::move(property));
+        set_property(scalars_, std::move(property));
     }
 
     void close_step() {
         close_excited();
         if (step_ && !scalars_.properties.empty()) {
-            auto where = *scalars_.properties.front().source;
-            where.end = scalars_.properties.back().source->end;
-            for (auto const& property : scalars_.properties) {
-                if (property.source->end.offset > where.end.offset) {
-                    where.end = property.source->end;
-                }
-                if (property.source->begin.offset < where.begin.offset) {
-                    where.begin = property.source->begin;
-                }
-            }
+            auto const where = span_of_properties(scalars_);
             builder_.add_analysis(job_, step_, std::move(scalars_), where);
         }
         scalars_ = {};
@@ -1322,40 +1254,14 @@ private:
             termination.source = span(text);
             return;
         }
-        termination.kind = TerminationKind::error;
         // Gaussian writes why it stopped on the line before this one.
-        Line reason_line = line();
-        std::size_t const stop = lines_.index() > range_.begin + 12 ? lines_.index() - 12 : range_.begin;
-        for (std::size_t i = lines_.index(); i > stop; --i) {
-            auto const previous = trim(lines_.at(i - 1).text);
-            if (!previous.empty()) {
-                reason_line = lines_.at(i - 1);
-                break;
-            }
-        }
-        auto const reason = trim(reason_line.text);
-        termination.reason = std::string(reason);
-        termination.source = span_of_part(source_, reason_line, reason);
-        diagnostics_.push_back({Severity::error, "gaussian.error_termination",
-                                "Gaussian stopped with an error: " + std::string(reason), termination.source});
+        diagnostics_.push_back(error_termination(termination, lines_, lines_.index(), range_.begin, source_, "",
+                                                 "gaussian.error_termination", "Gaussian"));
     }
 
     void finish() {
         close_step();
-        auto& job = builder_.job(job_);
-        if (!system_) {
-            // A job cut before its first geometry still needs a system to
-            // name; it has no atoms the output got to.
-            system_ = builder_.system_for({}, state_, title_, std::nullopt);
-            job.system_id = *system_;
-            for (auto const step : job.step_ids) {
-                builder_.step(step).system_id = *system_;
-            }
-        }
-        if (job.tasks.empty()) {
-            job.tasks.push_back(TaskKind::single_point);
-            job.primary_task = TaskKind::single_point;
-        }
+        system_ = builder_.finish_job(job_, system_, state_, title_);
     }
 
     DocumentBuilder& builder_;
@@ -1417,15 +1323,10 @@ bool recognises(std::string_view text) {
 model::ParseResult<Document> read(std::string_view text, std::string_view file_name) {
     model::ParseResult<Document> result;
     DocumentBuilder builder;
-    auto const source = builder.source_for(std::string(file_name), text.size());
-    builder.document().sources.back().sha256 = sha256_hex(text);
+    auto const source = builder.add_output(file_name, text, ProgramKind::gaussian, "Gaussian");
     LineCursor lines(text);
-
     auto& program = builder.document().program;
-    program.kind = ProgramKind::gaussian;
-    program.name = "Gaussian";
     program.version = read_version(lines);
-    builder.document().normalization.profile = ResultProfile::standard;
 
     for (auto const range : split_jobs(lines)) {
         if (range.end <= range.begin) {
