@@ -10,6 +10,7 @@
 #include "support/diagnostics.hpp"
 
 #include <morv/qc/json/codec.hpp>
+#include <morv/qc/wire_words.hpp>
 
 #include <gtest/gtest.h>
 #include <yaml-cpp/exceptions.h>

@@ -26,7 +26,6 @@ namespace {
 
 constexpr char const schema_key[] = "schema";
 constexpr char const parse_status_key[] = "parse_status";
-constexpr char const diagnostics_key[] = "diagnostics";
 
 // What the writer puts under the keys of the root.
 struct Written {
