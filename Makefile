@@ -9,6 +9,8 @@ JOBS ?= 2
 PYTHON ?= /usr/bin/python3
 EXAMPLES ?= $(wildcard examples/*.json)
 CLI = $(BUILD_DIR)/tools/morv-qc-json
+# ON turns the project's warnings into errors; .ci/run does.
+WARNINGS_AS_ERRORS ?= OFF
 # Seconds that fuzz-smoke gives each fuzzer.
 FUZZ_SECONDS ?= 60
 
@@ -20,7 +22,8 @@ deps:
 	scripts/install-deps.sh
 
 configure: deps
-	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) -DMORV_BUILD_PYTHON=ON -DPython3_EXECUTABLE=$(PYTHON)
+	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) -DMORV_BUILD_PYTHON=ON -DPython3_EXECUTABLE=$(PYTHON) \
+	  -DMORV_WARNINGS_AS_ERRORS=$(WARNINGS_AS_ERRORS)
 
 build: configure
 	cmake --build $(BUILD_DIR) -j $(JOBS)
@@ -52,7 +55,7 @@ test: build
 # run only in `make test`.
 test-sanitize: deps
 	cmake -S . -B $(SANITIZE_DIR) -DCMAKE_BUILD_TYPE=Debug -DMORV_SANITIZE=ON -DMORV_BUILD_PYTHON=ON \
-	  -DPython3_EXECUTABLE=$(PYTHON)
+	  -DPython3_EXECUTABLE=$(PYTHON) -DMORV_WARNINGS_AS_ERRORS=$(WARNINGS_AS_ERRORS)
 	cmake --build $(SANITIZE_DIR) -j $(JOBS)
 	ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
 	  ctest --test-dir $(SANITIZE_DIR) --output-on-failure -j $(JOBS) -LE packaging
@@ -63,11 +66,11 @@ bench:
 	scripts/install-deps.sh bench
 	cmake -S . -B $(BENCH_DIR) -DCMAKE_BUILD_TYPE=Release -DMORV_BUILD_BENCHMARKS=ON -DMORV_BUILD_TESTS=OFF \
 	  -DMORV_BUILD_PYTHON=ON -DPython3_EXECUTABLE=$(PYTHON)
-	cmake --build $(BENCH_DIR) -j $(JOBS) --target codec_bench peak_heap write_bench_documents morv_qc_json_python
+	cmake --build $(BENCH_DIR) -j $(JOBS) --target codec_bench peak_heap write_generated_documents morv_qc_json_python
 	$(BENCH_DIR)/bench/codec_bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true \
 	  --benchmark_out=$(BENCH_DIR)/codec_bench.json --benchmark_out_format=json
 	$(BENCH_DIR)/bench/peak_heap
-	$(BENCH_DIR)/bench/write_bench_documents $(BENCH_DIR)
+	$(BENCH_DIR)/bench/write_generated_documents bench $(BENCH_DIR)
 	PYTHONPATH=$(BENCH_DIR)/python $(PYTHON) bench/python_load_bench.py $(BENCH_DIR)
 	PYTHONPATH=$(BENCH_DIR)/python $(PYTHON) bench/import_bench.py
 	PYTHONPATH=$(BENCH_DIR)/python $(PYTHON) bench/dask_bench.py
@@ -76,7 +79,8 @@ bench:
 fuzz:
 	scripts/install-deps.sh fuzz
 	cmake -S . -B $(FUZZ_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++-14 \
-	  -DMORV_BUILD_FUZZERS=ON -DMORV_BUILD_TESTS=OFF -DMORV_BUILD_PYTHON=OFF
+	  -DMORV_BUILD_FUZZERS=ON -DMORV_BUILD_TESTS=OFF -DMORV_BUILD_PYTHON=OFF \
+	  -DMORV_WARNINGS_AS_ERRORS=$(WARNINGS_AS_ERRORS)
 	cmake --build $(FUZZ_DIR) -j $(JOBS) --target fuzzers
 
 # Each fuzzer for FUZZ_SECONDS from the seed corpus in fuzz/corpus/, which

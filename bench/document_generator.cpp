@@ -1,4 +1,5 @@
 #include "document_generator.hpp"
+#include "random.hpp"
 
 #include <algorithm>
 #include <array>
@@ -23,36 +24,6 @@ using model::SourceSpan;
 // IEEE 754 defines exactly, and the build forbids fusing a multiply with an
 // add; no libm function whose last bit may vary is used. So a seed gives the
 // same numbers on every platform.
-
-// splitmix64. Its output is fixed by its definition, unlike that of the
-// standard distributions, which differ between library implementations.
-class Random {
-public:
-    explicit Random(std::uint64_t seed) : state_(seed) {}
-
-    std::uint64_t next() {
-        std::uint64_t z = (state_ += 0x9e3779b97f4a7c15ULL);
-        z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9ULL;
-        z = (z ^ (z >> 27)) * 0x94d049bb133111ebULL;
-        return z ^ (z >> 31);
-    }
-
-    // In [0, 1), from the top 53 bits.
-    double unit() { return static_cast<double>(next() >> 11) * 0x1.0p-53; }
-
-    double uniform(double low, double high) { return low + (high - low) * unit(); }
-
-    std::size_t below(std::size_t count) { return static_cast<std::size_t>(next() % count); }
-
-    // Mean 0 and deviation 1, bell-shaped enough for noise: the sum of four
-    // uniforms, scaled.
-    double gaussian() { return (unit() + unit() + unit() + unit() - 2.0) * 1.7320508075688772; }
-
-    Vec3 vector(double scale) { return {scale * gaussian(), scale * gaussian(), scale * gaussian()}; }
-
-private:
-    std::uint64_t state_;
-};
 
 struct Element {
     char const* symbol;

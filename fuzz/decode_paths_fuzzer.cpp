@@ -10,6 +10,7 @@
 
 #include "core/document.hpp"
 #include "core/json_tree.hpp"
+#include "random.hpp"
 
 #include <morv/qc/json/codec.hpp>
 
@@ -26,25 +27,15 @@ using morv::qc::json::JsonTree;
 using morv::qc::json::TreeKind;
 using morv::qc::json::TreeValue;
 
-class Choices {
+// The respelling's choices.
+class Choices : public morv::bench::Random {
 public:
-    explicit Choices(std::uint64_t seed) : state_(seed) {}
+    using Random::Random;
 
-    std::uint64_t next() {
-        std::uint64_t z = (state_ += 0x9E3779B97F4A7C15ULL);
-        z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ULL;
-        z = (z ^ (z >> 27)) * 0x94D049BB133111EBULL;
-        return z ^ (z >> 31);
-    }
-    // True about once in `n` times.
-    bool one_in(std::uint64_t n) { return next() % n == 0; }
     template <std::size_t N>
     char const* pick(char const* const (&options)[N]) {
         return options[next() % N];
     }
-
-private:
-    std::uint64_t state_;
 };
 
 class Respeller {

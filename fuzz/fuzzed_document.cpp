@@ -333,16 +333,26 @@ private:
                 payload(), maybe(&DocumentBuilder::span)};
     }
 
+    qc::AnalysisPayload vibrational() { return qc::VibrationalBlock{list(&DocumentBuilder::mode)}; }
+    qc::AnalysisPayload orbital_set() {
+        return qc::OrbitalSetBlock{enumerator<qc::SpinChannel>(), text(), list(&DocumentBuilder::orbital)};
+    }
+    qc::AnalysisPayload dipoles() { return qc::DipoleBlock{list(&DocumentBuilder::dipole)}; }
+    qc::AnalysisPayload atomic_charges() {
+        return qc::AtomicChargeBlock{text(), list(&DocumentBuilder::charge_record)};
+    }
+    qc::AnalysisPayload scalar_properties() {
+        return qc::ScalarPropertyBlock{list(&DocumentBuilder::scalar_property)};
+    }
+
+    // One maker for each alternative, in the order of the payload.
     qc::AnalysisPayload payload() {
-        switch (in_.ConsumeIntegralInRange(0, 6)) {
-            case 0: return qc::VibrationalBlock{list(&DocumentBuilder::mode)};
-            case 1: return excited_states();
-            case 2: return qc::OrbitalSetBlock{enumerator<qc::SpinChannel>(), text(), list(&DocumentBuilder::orbital)};
-            case 3: return thermochemistry();
-            case 4: return qc::DipoleBlock{list(&DocumentBuilder::dipole)};
-            case 5: return qc::AtomicChargeBlock{text(), list(&DocumentBuilder::charge_record)};
-            default: return qc::ScalarPropertyBlock{list(&DocumentBuilder::scalar_property)};
-        }
+        static constexpr std::array makers{
+            &DocumentBuilder::vibrational, &DocumentBuilder::excited_states, &DocumentBuilder::orbital_set,
+            &DocumentBuilder::thermochemistry, &DocumentBuilder::dipoles, &DocumentBuilder::atomic_charges,
+            &DocumentBuilder::scalar_properties};
+        static_assert(makers.size() == std::variant_size_v<qc::AnalysisPayload>, "a maker for each alternative");
+        return (this->*makers[in_.ConsumeIntegralInRange<std::size_t>(0, makers.size() - 1)])();
     }
 
     std::optional<double> maybe_number() { return maybe(&DocumentBuilder::number); }
@@ -392,8 +402,8 @@ private:
         return state;
     }
 
-    qc::ExcitedStateBlock excited_states() {
-        return {maybe_int(),
+    qc::AnalysisPayload excited_states() {
+        return qc::ExcitedStateBlock{maybe_int(),
                 text(),
                 text(),
                 text(),
@@ -407,7 +417,7 @@ private:
         return {maybe_int(), enumerator<qc::SpinChannel>(), maybe_number(), number(), text(), text()};
     }
 
-    qc::ThermochemistryBlock thermochemistry() {
+    qc::AnalysisPayload thermochemistry() {
         qc::ThermochemistryBlock block;
         for (auto* field : {&block.temperature_kelvin, &block.pressure_atmosphere, &block.total_mass_amu,
                             &block.electronic_energy, &block.zero_point_energy, &block.thermal_energy,

@@ -5,25 +5,23 @@
 #include <morv/qc/model.hpp>
 
 #include <cstddef>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace morv::cli {
 namespace {
 
-struct SeverityCounts {
-    std::size_t errors = 0;
-    std::size_t warnings = 0;
-    std::size_t notes = 0;
-};
-
-SeverityCounts count_severities(std::vector<model::Diagnostic> const& diagnostics) {
-    SeverityCounts counts;
-    for (auto const& diagnostic : diagnostics) {
-        switch (diagnostic.severity) {
-            case model::Severity::error: ++counts.errors; break;
-            case model::Severity::warning: ++counts.warnings; break;
-            default: ++counts.notes; break;
+// The diagnostics of each severity, counted under the severity's word, from
+// the gravest down: the order in which a report names them.
+std::vector<std::pair<std::string, std::size_t>> count_severities(std::vector<model::Diagnostic> const& diagnostics) {
+    std::vector<std::pair<std::string, std::size_t>> counts;
+    for (auto const severity : {model::Severity::error, model::Severity::warning, model::Severity::note}) {
+        std::size_t count = 0;
+        for (auto const& diagnostic : diagnostics) {
+            count += std::string_view(qc::to_string(diagnostic.severity)) == qc::to_string(severity) ? 1 : 0;
         }
+        counts.emplace_back(qc::to_string(severity), count);
     }
     return counts;
 }
@@ -74,10 +72,11 @@ Json diagnostic_json(model::Diagnostic const& diagnostic) {
 
 std::string check_report_text(std::string const& name, model::ParseResult<qc::Document> const& result,
                               bool color) {
-    auto const counts = count_severities(result.diagnostics);
-    std::string text = name + ": " + paint(qc::to_string(result.status), result.status, color) + ", " +
-                       counted(counts.errors, "error") + ", " + counted(counts.warnings, "warning") + ", " +
-                       counted(counts.notes, "note") + ";";
+    std::string text = name + ": " + paint(qc::to_string(result.status), result.status, color);
+    for (auto const& [severity, count] : count_severities(result.diagnostics)) {
+        text += ", " + counted(count, severity.c_str());
+    }
+    text += ";";
     char const* separator = " ";
     for (auto const& [section, size] : section_sizes(result.value)) {
         text += separator + std::string(section) + " " + std::to_string(size);
@@ -91,7 +90,6 @@ std::string check_report_text(std::string const& name, model::ParseResult<qc::Do
 }
 
 Json check_report_json(std::string const& name, model::ParseResult<qc::Document> const& result) {
-    auto const counts = count_severities(result.diagnostics);
     Json records = Json::object();
     for (auto const& [section, size] : section_sizes(result.value)) {
         records[section] = size;
@@ -100,13 +98,13 @@ Json check_report_json(std::string const& name, model::ParseResult<qc::Document>
     for (auto const& diagnostic : result.diagnostics) {
         diagnostics.push_back(diagnostic_json(diagnostic));
     }
-    return Json{{"path", name},
-                {"status", qc::to_string(result.status)},
-                {"errors", counts.errors},
-                {"warnings", counts.warnings},
-                {"notes", counts.notes},
-                {"records", std::move(records)},
-                {"diagnostics", std::move(diagnostics)}};
+    Json report{{"path", name}, {"status", qc::to_string(result.status)}};
+    for (auto const& [severity, count] : count_severities(result.diagnostics)) {
+        report[severity + "s"] = count;
+    }
+    report["records"] = std::move(records);
+    report["diagnostics"] = std::move(diagnostics);
+    return report;
 }
 
 std::string json_line(Json const& value) {

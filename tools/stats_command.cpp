@@ -16,11 +16,6 @@ namespace {
 
 using Result = model::ParseResult<qc::Document>;
 
-// The names of the analysis alternatives, in the order of the payload.
-constexpr std::array<char const*, std::variant_size_v<qc::AnalysisPayload>> analysis_type_names = {
-    "vibrational", "excited_states", "orbital_set", "thermochemistry", "dipoles", "atomic_charges", "scalar_properties",
-};
-
 struct Tally {
     std::size_t records = 0;
     // What the records add to the compact text of the document.
@@ -162,7 +157,7 @@ std::string stats_text(std::string const& name, std::size_t bytes, Result const&
     if (!stats.analyses_by_type.empty()) {
         text += "  analysis type       records      bytes\n";
         for (auto const& [type, tally] : stats.analyses_by_type) {
-            text += table_row(analysis_type_names[type], tally);
+            text += table_row(qc::analysis_type_words[type], tally);
         }
     }
     text += "  atoms " + std::to_string(stats.atoms) + "\n";
@@ -196,7 +191,7 @@ Json stats_json(std::string const& name, std::size_t bytes, Result const& result
     }
     Json analyses = Json::object();
     for (auto const& [type, tally] : stats.analyses_by_type) {
-        analyses[analysis_type_names[type]] = tally_json(tally);
+        analyses[qc::analysis_type_words[type]] = tally_json(tally);
     }
     Json jobs = Json::array();
     for (auto const& job : stats.jobs) {

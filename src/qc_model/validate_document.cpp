@@ -217,9 +217,12 @@ private:
         }
     }
 
-    // The other alternatives hold no references.
-    template <typename Payload>
-    void check_payload(std::string const&, Payload const&) {}
+    // These alternatives hold no references. Each alternative is named, so
+    // that a new one fails to compile until it says what it checks.
+    void check_payload(std::string const&, VibrationalBlock const&) {}
+    void check_payload(std::string const&, OrbitalSetBlock const&) {}
+    void check_payload(std::string const&, ThermochemistryBlock const&) {}
+    void check_payload(std::string const&, AtomicChargeBlock const&) {}
 
     void check_analyses() {
         DuplicateFinder duplicates;

@@ -30,7 +30,7 @@ TEST(SourceSpans, ASpanSurvivesDamagedPositionsButNotADamagedSourceId) {
 
 TEST(StoredDiagnostics, ReadBehindTheDecodesOwnWithUnknownSeveritiesAsNotes) {
     DocumentResult result;
-    add_diagnostic(result, "qc.json.earlier", "raised first");
+    add_error(result, "qc.json.earlier", "raised first");
     read_diagnostics(result, load_text(R"([
         {"severity": "error", "code": "x.one", "message": "first",
          "source": {"source_id": 3, "begin": {"line": 1}, "end": {"line": 2}}},

@@ -10,6 +10,7 @@
 
 #include <morv/qc/import.hpp>
 #include <morv/qc/json/codec.hpp>
+#include <morv/qc/wire_words.hpp>
 
 #include <algorithm>
 #include <cstdint>
@@ -49,6 +50,11 @@ Enum nth(std::uint32_t n) {
     return static_cast<Enum>(n);
 }
 
+// The value just past the last enumerator, so that a loop up to it writes
+// every word and the fallback for a value that only a cast makes.
+template <typename Enum>
+constexpr std::uint32_t past_last = static_cast<std::uint32_t>(WireWords<Enum>::words.size());
+
 model::SourceSpan span() { return {model::SourceId(1), {1, 2, 3}, {4, 5, 6}}; }
 
 chem::Vec3 awkward_vector(std::size_t n) { return {awkward(n), awkward(n + 1), awkward(n + 2)}; }
@@ -76,7 +82,7 @@ CalculationJob job(std::uint32_t n) {
         job.parent_job_id = JobId(n);
     }
     job.relation = nth<JobRelation>(n);
-    for (std::uint32_t task = 0; task <= 7; ++task) {
+    for (std::uint32_t task = 0; task <= past_last<TaskKind>; ++task) {
         job.tasks.push_back(nth<TaskKind>(task));
     }
     job.primary_task = nth<TaskKind>(n);
@@ -102,13 +108,13 @@ CalculationStep step(std::uint32_t n) {
     step.ordinal = n;
     step.native_cycle = -1;
     step.frame_id = chem::FrameId(1);
-    for (std::uint32_t kind = 0; kind <= 9; ++kind) {
+    for (std::uint32_t kind = 0; kind <= past_last<EnergyKind>; ++kind) {
         step.energies.push_back(energy(kind));
     }
     step.primary_energy_id = EnergyId(1);
     step.gradient = GradientRecord{{awkward_vector(0), awkward_vector(3)}, 0.1, nan, -inf, span()};
     ConvergenceRecord convergence{{}, nth<ConvergenceStatus>(n), span()};
-    for (std::uint32_t kind = 0; kind <= 7; ++kind) {
+    for (std::uint32_t kind = 0; kind <= past_last<CriterionKind>; ++kind) {
         convergence.criteria.push_back({nth<CriterionKind>(kind), awkward(kind), 3e-4, kind % 2 == 0, "Eh"});
     }
     step.convergence = convergence;
@@ -180,7 +186,7 @@ ScalarPropertyBlock scalar_properties() {
 std::vector<AnalysisBlock> analyses() {
     std::vector<AnalysisPayload> payloads = {vibrations(), excited_states(), thermochemistry(),
                                              dipoles(),    atomic_charges(), scalar_properties()};
-    for (std::uint32_t spin = 0; spin <= 3; ++spin) {
+    for (std::uint32_t spin = 0; spin <= past_last<SpinChannel>; ++spin) {
         payloads.push_back(orbital_set(spin));
     }
     std::vector<AnalysisBlock> blocks;
@@ -215,7 +221,7 @@ std::map<std::string, model::ExtensionValue> extensions() {
 
 std::vector<model::Diagnostic> diagnostics() {
     std::vector<model::Diagnostic> stored;
-    for (std::uint32_t severity = 0; severity <= 3; ++severity) {
+    for (std::uint32_t severity = 0; severity <= past_last<model::Severity>; ++severity) {
         stored.push_back({nth<model::Severity>(severity), "x.code", "message", span()});
     }
     stored.push_back({model::Severity::note, "", "", std::nullopt});
@@ -231,10 +237,11 @@ model::ParseResult<Document> every_field(std::uint32_t n) {
                         {model::SourceId(2), "", std::nullopt, std::nullopt, std::nullopt}};
     document.systems = {water_system()};
     document.frames = {{chem::FrameId(1), chem::SystemId(1), {awkward_vector(0), awkward_vector(4)}, span()}};
-    for (std::uint32_t relation = 0; relation <= 6; ++relation) {
+    auto const jobs = std::max({past_last<JobRelation>, past_last<TaskKind>, past_last<TerminationKind>});
+    for (std::uint32_t relation = 0; relation <= jobs; ++relation) {
         document.jobs.push_back(job(relation));
     }
-    for (std::uint32_t status = 0; status <= 3; ++status) {
+    for (std::uint32_t status = 0; status <= past_last<ConvergenceStatus>; ++status) {
         document.steps.push_back(step(status));
     }
     document.analyses = analyses();
@@ -324,7 +331,9 @@ int main(int argc, char** argv) {
                 samples.write(name, bench::generate_result(seed, size));
             }
         }
-        for (std::uint32_t variant = 0; variant <= 4; ++variant) {
+        auto const variants =
+            std::max({past_last<model::ParseStatus>, past_last<ResultProfile>, past_last<ProgramKind>});
+        for (std::uint32_t variant = 0; variant <= variants; ++variant) {
             samples.write("every_field_" + std::to_string(variant), every_field(variant));
         }
         std::cout << "wrote " << samples.written() << " samples to " << argv[1] << "\n";

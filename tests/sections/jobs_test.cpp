@@ -45,7 +45,7 @@ TEST(Jobs, EveryRelationTaskAndKeyTravelsThroughText) {
            {T::single_point, T::optimization, T::frequency, T::excited_state, T::irc, T::scan, T::neb, T::scan},
            T::single_point, "B3LYP", "def2-SVP", "opt freq", {StepId(5), StepId(0), StepId(5)},
            {TerminationKind::error, "SCF", some_span}, model::SourceSpan{model::SourceId(2), {}, {7, 8, 9}}};
-    for (std::uint32_t relation = 0; relation <= 4; ++relation) {
+    for (std::uint32_t relation = 0; relation < WireWords<JobRelation>::words.size(); ++relation) {
         job.relation = static_cast<JobRelation>(relation);
         job.primary_task = static_cast<TaskKind>(relation + 2);
         expect_round_trip(job, read_job, write_job);

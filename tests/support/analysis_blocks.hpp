@@ -28,20 +28,22 @@ inline void expect_blocks(std::vector<BlockCase> const& cases, std::string const
         std::string const json = type.empty() ? c.json
                                               : "{" + c.json + (c.json.empty() ? "" : ", ") +
                                                     R"("id": 1, "job_id": 1, "type": ")" + type + "\"}";
-        DocumentResult result;
-        auto const block = qc::json::read_analysis_block(result, load_text(json));
-        std::string written;
-        if (block) {
-            auto object = std::get<qc::json::JsonObject>(qc::json::write_analysis_block(*block).storage());
-            for (char const* key : {"id", "job_id", "ordinal", "type"}) {
-                if (!type.empty()) {
-                    object.erase(key);
+        for_each_backend(json, [&](Node const& node) {
+            DocumentResult result;
+            auto const block = qc::json::read_analysis_block(result, node);
+            std::string written;
+            if (block) {
+                auto object = std::get<qc::json::JsonObject>(qc::json::write_analysis_block(*block).storage());
+                for (char const* key : {"id", "job_id", "ordinal", "type"}) {
+                    if (!type.empty()) {
+                        object.erase(key);
+                    }
                 }
+                written = compact(qc::json::JsonValue(std::move(object)));
             }
-            written = compact(qc::json::JsonValue(std::move(object)));
-        }
-        EXPECT_EQ(describe(result.diagnostics), c.diagnostics);
-        EXPECT_EQ(written, c.written);
+            EXPECT_EQ(describe(result.diagnostics), c.diagnostics);
+            EXPECT_EQ(written, c.written);
+        });
     }
 }
 

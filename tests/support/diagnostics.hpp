@@ -1,6 +1,7 @@
 #pragma once
 
 #include <morv/model/diagnostic.hpp>
+#include <morv/qc/model.hpp>
 
 #include <string>
 #include <vector>
@@ -12,10 +13,7 @@ using Lines = std::vector<std::string>;
 // One line per diagnostic, "severity code: message", so that a test can
 // compare the whole list, order included, in one assertion.
 inline std::string describe(model::Diagnostic const& diagnostic) {
-    char const* severity = diagnostic.severity == model::Severity::error     ? "error"
-                           : diagnostic.severity == model::Severity::warning ? "warning"
-                                                                              : "note";
-    return std::string(severity) + " " + diagnostic.code + ": " + diagnostic.message;
+    return std::string(qc::to_string(diagnostic.severity)) + " " + diagnostic.code + ": " + diagnostic.message;
 }
 
 inline Lines describe(std::vector<model::Diagnostic> const& diagnostics) {

@@ -11,6 +11,7 @@
 #include <morv/qc/thermochemistry.hpp>
 #include <morv/qc/vibrations.hpp>
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <tuple>
@@ -27,6 +28,15 @@ using AnalysisPayload = std::variant<VibrationalBlock,
                                      DipoleBlock,
                                      AtomicChargeBlock,
                                      ScalarPropertyBlock>;
+
+// The `type` word of each alternative, in the order of the payload.
+inline constexpr std::array analysis_type_words{"vibrational", "excited_states", "orbital_set", "thermochemistry",
+                                                "dipoles",     "atomic_charges", "scalar_properties"};
+static_assert(analysis_type_words.size() == std::variant_size_v<AnalysisPayload>,
+              "every alternative of the payload needs its type word");
+
+// The `type` word that a payload is written with.
+constexpr char const* analysis_type(AnalysisPayload const& payload) { return analysis_type_words[payload.index()]; }
 
 struct AnalysisBlock {
     AnalysisId id;

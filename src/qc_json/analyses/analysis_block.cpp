@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <string_view>
 
 namespace morv::qc::json {
 namespace {
@@ -23,21 +24,18 @@ AnalysisPayload read_payload(DocumentResult& result, Node const& node) {
     return read(result, node);
 }
 
-struct PayloadType {
-    char const* type;
-    AnalysisPayload (*read)(DocumentResult&, Node const&);
+// In the order of the alternatives of the payload, as the type words are.
+constexpr std::array payload_readers{
+    read_payload<VibrationalBlock, read_vibrational_block>,
+    read_payload<ExcitedStateBlock, read_excited_state_block>,
+    read_payload<OrbitalSetBlock, read_orbital_set_block>,
+    read_payload<ThermochemistryBlock, read_thermochemistry_block>,
+    read_payload<DipoleBlock, read_dipole_block>,
+    read_payload<AtomicChargeBlock, read_atomic_charge_block>,
+    read_payload<ScalarPropertyBlock, read_scalar_property_block>,
 };
-
-// In the order of the alternatives of the payload.
-constexpr std::array<PayloadType, 7> payload_types = {{
-    {"vibrational", read_payload<VibrationalBlock, read_vibrational_block>},
-    {"excited_states", read_payload<ExcitedStateBlock, read_excited_state_block>},
-    {"orbital_set", read_payload<OrbitalSetBlock, read_orbital_set_block>},
-    {"thermochemistry", read_payload<ThermochemistryBlock, read_thermochemistry_block>},
-    {"dipoles", read_payload<DipoleBlock, read_dipole_block>},
-    {"atomic_charges", read_payload<AtomicChargeBlock, read_atomic_charge_block>},
-    {"scalar_properties", read_payload<ScalarPropertyBlock, read_scalar_property_block>},
-}};
+static_assert(payload_readers.size() == std::variant_size_v<AnalysisPayload>,
+              "every alternative of the payload needs its reader");
 
 struct WritePayload {
     JsonValue& object;
@@ -54,19 +52,18 @@ struct WritePayload {
 
 std::optional<AnalysisBlock> read_analysis_block(DocumentResult& result, Node const& node) {
     if (!node.is_map()) {
-        add_diagnostic(result, "qc.json.invalid_analysis", "Expected an analysis object.");
+        add_error(result, "qc.json.invalid_analysis", "Expected an analysis object.");
         return std::nullopt;
     }
     // All three header keys are read so that each fault is reported.
-    auto const id = read_id_field(result, node, "id", true);
-    auto const job_id = read_entity_id_field<JobIdTag>(result, node, "job_id", true);
-    std::string const type = read_string_field(result, node, "type", true).value_or("");
+    auto const id = read_id_field(result, node, "id", Presence::required);
+    auto const job_id = read_entity_id_field<JobIdTag>(result, node, "job_id", Presence::required);
+    std::string const type = read_string_field(result, node, "type", Presence::required).value_or("");
     if (!id || !job_id || type.empty()) {
         return std::nullopt;
     }
-    auto const known = std::find_if(payload_types.begin(), payload_types.end(),
-                                    [&](PayloadType const& entry) { return type == entry.type; });
-    if (known == payload_types.end()) {
+    auto const known = std::find(analysis_type_words.begin(), analysis_type_words.end(), std::string_view(type));
+    if (known == analysis_type_words.end()) {
         add_warning(result, "qc.json.unknown_analysis", "Ignoring unknown analysis type: " + type);
         return std::nullopt;
     }
@@ -75,9 +72,9 @@ std::optional<AnalysisBlock> read_analysis_block(DocumentResult& result, Node co
     AnalysisBlock block;
     block.id = AnalysisId(*id);
     block.job_id = *job_id;
-    block.payload = known->read(result, node);
-    block.ordinal = read_uint32_field(result, node, "ordinal", false).value_or(*id);
-    block.reference_step_id = read_entity_id_field<StepIdTag>(result, node, "reference_step_id", false);
+    block.payload = payload_readers[known - analysis_type_words.begin()](result, node);
+    block.ordinal = read_uint32_field(result, node, "ordinal", Presence::optional).value_or(*id);
+    block.reference_step_id = read_entity_id_field<StepIdTag>(result, node, "reference_step_id", Presence::optional);
     block.source = read_source_key(result, node);
     return block;
 }
@@ -87,6 +84,7 @@ JsonValue write_analysis_block(AnalysisBlock const& block) {
     object["id"] = block.id.value;
     object["job_id"] = block.job_id.value;
     object["ordinal"] = block.ordinal;
+    object["type"] = analysis_type(block.payload);
     set_if_present(object, "reference_step_id", block.reference_step_id);
     write_source_key(object, block.source);
     std::visit(WritePayload{object}, block.payload);

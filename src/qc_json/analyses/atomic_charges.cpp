@@ -30,21 +30,20 @@ JsonValue write_atomic_charge_record(AtomicChargeRecord const& record) {
 
 AtomicChargeRecord read_atomic_charge_record(DocumentResult& result, Node const& node) {
     AtomicChargeRecord record;
-    record.atom_index = read_int_field(result, node, "atom_index", false);
-    record.element = read_string_field(result, node, "element", false).value_or("");
+    record.atom_index = read_int_field(result, node, "atom_index", Presence::optional);
+    record.element = read_string_field(result, node, "element", Presence::optional).value_or("");
     read_number_fields(result, node, record, charge_numbers);
     return record;
 }
 
 AtomicChargeBlock read_atomic_charge_block(DocumentResult& result, Node const& node) {
     AtomicChargeBlock block;
-    block.scheme = read_string_field(result, node, "scheme", false).value_or("");
+    block.scheme = read_string_field(result, node, "scheme", Presence::optional).value_or("");
     read_elements(result, node["records"], block.records, read_atomic_charge_record);
     return block;
 }
 
 void write_atomic_charge_block(JsonValue& object, AtomicChargeBlock const& block) {
-    object["type"] = "atomic_charges";
     object["scheme"] = block.scheme;
     object["records"] = write_elements(block.records, write_atomic_charge_record);
 }

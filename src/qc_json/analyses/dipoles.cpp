@@ -33,8 +33,8 @@ PermanentDipole read_permanent_dipole(DocumentResult& result, Node const& node) 
     // All or nothing: a vector with a bad component stays zero.
     dipole.atomic_units = read_vec3(result, node["atomic_units"]).value_or(chem::Vec3{});
     read_number_fields(result, node, dipole, magnitudes);
-    dipole.method = read_string_field(result, node, "method", false).value_or("");
-    dipole.density_type = read_string_field(result, node, "density_type", false).value_or("");
+    dipole.method = read_string_field(result, node, "method", Presence::optional).value_or("");
+    dipole.density_type = read_string_field(result, node, "density_type", Presence::optional).value_or("");
     dipole.source = read_source_key(result, node);
     return dipole;
 }
@@ -46,7 +46,6 @@ DipoleBlock read_dipole_block(DocumentResult& result, Node const& node) {
 }
 
 void write_dipole_block(JsonValue& object, DipoleBlock const& block) {
-    object["type"] = "dipoles";
     object["moments"] = write_elements(block.moments, write_permanent_dipole);
 }
 

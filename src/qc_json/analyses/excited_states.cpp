@@ -57,11 +57,11 @@ JsonValue write_excited_state(ExcitedState const& state) {
 
 ExcitedState read_excited_state(DocumentResult& result, Node const& node) {
     ExcitedState state;
-    state.index = read_int_field(result, node, "index", false);
+    state.index = read_int_field(result, node, "index", Presence::optional);
     for (auto const& text : state_strings) {
-        state.*text.field = read_string_field(result, node, text.key, false).value_or("");
+        state.*text.field = read_string_field(result, node, text.key, Presence::optional).value_or("");
     }
-    state.multiplicity = read_int_field(result, node, "multiplicity", false);
+    state.multiplicity = read_int_field(result, node, "multiplicity", Presence::optional);
     read_energy_fields(result, node, state, state_energies);
     read_number_fields(result, node, state, state_numbers);
     read_elements(result, node["contributions"], state.contributions, read_excitation_contribution);
@@ -71,19 +71,19 @@ ExcitedState read_excited_state(DocumentResult& result, Node const& node) {
 
 ExcitedStateBlock read_excited_state_block(DocumentResult& result, Node const& node) {
     ExcitedStateBlock block;
-    block.block_index = read_int_field(result, node, "block_index", false);
-    block.method = read_string_field(result, node, "method", false).value_or("");
-    block.section = read_string_field(result, node, "section", false).value_or("");
-    block.comment = read_string_field(result, node, "comment", false).value_or("");
+    block.block_index = read_int_field(result, node, "block_index", Presence::optional);
+    block.method = read_string_field(result, node, "method", Presence::optional).value_or("");
+    block.section = read_string_field(result, node, "section", Presence::optional).value_or("");
+    block.comment = read_string_field(result, node, "comment", Presence::optional).value_or("");
     read_elements(result, node["states"], block.states, read_excited_state);
     read_elements(result, node["total_energies"], block.total_energies, read_energy_record);
-    block.preferred_total_energy_id = read_entity_id_field<EnergyIdTag>(result, node, "preferred_total_energy_id", false);
+    block.preferred_total_energy_id =
+        read_entity_id_field<EnergyIdTag>(result, node, "preferred_total_energy_id", Presence::optional);
     read_elements(result, node["absorption_peaks"], block.absorption_peaks, read_absorption_peak);
     return block;
 }
 
 void write_excited_state_block(JsonValue& object, ExcitedStateBlock const& block) {
-    object["type"] = "excited_states";
     set_if_present(object, "block_index", block.block_index);
     set_unless_empty(object, "method", block.method);
     set_unless_empty(object, "section", block.section);

@@ -26,7 +26,7 @@ using NumberField = MemberField<Record, std::optional<double>>;
 template <typename Record, typename Fields>
 void read_number_fields(DocumentResult& result, Node const& node, Record& record, Fields const& fields) {
     for (NumberField<Record> const& number : fields) {
-        record.*number.field = read_double_field(result, node, number.key, false);
+        record.*number.field = read_double_field(result, node, number.key, Presence::optional);
     }
 }
 

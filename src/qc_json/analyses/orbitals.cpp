@@ -3,22 +3,12 @@
 #include "core/field_readers.hpp"
 #include "core/optional_keys.hpp"
 #include "core/sequences.hpp"
-#include "core/wire_names.hpp"
 #include "sections/energy.hpp"
 
 #include <morv/qc/model.hpp>
 
 namespace morv::qc::json {
 namespace {
-
-constexpr WireNames<SpinChannel, 2> spin_channels = {{
-    {"alpha", SpinChannel::alpha},
-    {"beta", SpinChannel::beta},
-}};
-
-SpinChannel read_spin(DocumentResult& result, Node const& node) {
-    return spin_channel_from_string(read_string_field(result, node, "spin", false).value_or("none"));
-}
 
 JsonValue write_orbital(Orbital const& orbital) {
     JsonValue object = make_json_object();
@@ -33,32 +23,27 @@ JsonValue write_orbital(Orbital const& orbital) {
 
 }  // namespace
 
-SpinChannel spin_channel_from_string(std::string const& text) {
-    return find_wire_name(text, spin_channels).value_or(SpinChannel::none);
-}
-
 Orbital read_orbital(DocumentResult& result, Node const& node) {
     Orbital orbital;
-    orbital.index = read_int_field(result, node, "index", false);
+    orbital.index = read_int_field(result, node, "index", Presence::optional);
     // An orbital inherits nothing from its set, its spin included.
-    orbital.spin = read_spin(result, node);
-    orbital.occupation = read_double_field(result, node, "occupation", false);
+    orbital.spin = read_word_field<SpinChannel>(result, node, "spin");
+    orbital.occupation = read_double_field(result, node, "occupation", Presence::optional);
     orbital.energy = read_energy_value(result, node["energy"]).value_or(0.0);
-    orbital.symmetry = read_string_field(result, node, "symmetry", false).value_or("");
-    orbital.kind = read_string_field(result, node, "kind", false).value_or("");
+    orbital.symmetry = read_string_field(result, node, "symmetry", Presence::optional).value_or("");
+    orbital.kind = read_string_field(result, node, "kind", Presence::optional).value_or("");
     return orbital;
 }
 
 OrbitalSetBlock read_orbital_set_block(DocumentResult& result, Node const& node) {
     OrbitalSetBlock block;
-    block.spin = read_spin(result, node);
-    block.kind = read_string_field(result, node, "kind", false).value_or("canonical");
+    block.spin = read_word_field<SpinChannel>(result, node, "spin");
+    block.kind = read_string_field(result, node, "kind", Presence::optional).value_or("canonical");
     read_elements(result, node["orbitals"], block.orbitals, read_orbital);
     return block;
 }
 
 void write_orbital_set_block(JsonValue& object, OrbitalSetBlock const& block) {
-    object["type"] = "orbital_set";
     object["spin"] = to_string(block.spin);
     // Written even when empty, unlike the `kind` of an orbital.
     object["kind"] = block.kind;

@@ -11,7 +11,6 @@
 namespace morv::qc::json {
 
 // Exactly "alpha" or "beta"; anything else is `none`, with no diagnostic.
-SpinChannel spin_channel_from_string(std::string const& text);
 
 OrbitalSetBlock read_orbital_set_block(DocumentResult& result, Node const& node);
 // An orbital is never dropped; one that is a scalar throws and ends the decode.

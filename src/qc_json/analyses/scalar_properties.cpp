@@ -22,10 +22,10 @@ JsonValue write_scalar_property(ScalarProperty const& property) {
 
 ScalarProperty read_scalar_property(DocumentResult& result, Node const& node) {
     ScalarProperty property;
-    property.key = read_string_field(result, node, "key", true).value_or("");
-    property.label = read_string_field(result, node, "label", false).value_or("");
-    property.value = read_double_field(result, node, "value", true).value_or(0.0);
-    property.unit = read_string_field(result, node, "unit", false).value_or("");
+    property.key = read_string_field(result, node, "key", Presence::required).value_or("");
+    property.label = read_string_field(result, node, "label", Presence::optional).value_or("");
+    property.value = read_double_field(result, node, "value", Presence::required).value_or(0.0);
+    property.unit = read_string_field(result, node, "unit", Presence::optional).value_or("");
     property.source = read_source_key(result, node);
     return property;
 }
@@ -37,7 +37,6 @@ ScalarPropertyBlock read_scalar_property_block(DocumentResult& result, Node cons
 }
 
 void write_scalar_property_block(JsonValue& object, ScalarPropertyBlock const& block) {
-    object["type"] = "scalar_properties";
     object["properties"] = write_elements(block.properties, write_scalar_property);
 }
 

@@ -39,7 +39,6 @@ ThermochemistryBlock read_thermochemistry_block(DocumentResult& result, Node con
 }
 
 void write_thermochemistry_block(JsonValue& object, ThermochemistryBlock const& block) {
-    object["type"] = "thermochemistry";
     JsonValue values = make_json_object();
     write_number_fields(values, block, conditions);
     write_energy_fields(values, block, energies);

@@ -20,7 +20,7 @@ constexpr std::array<NumberField<AbsorptionPeak>, 3> reported_peak_numbers = {{
 
 // A spin label keeps its first byte only: "alpha" becomes 'a' for good.
 std::optional<char> read_spin_byte(DocumentResult& result, Node const& node, char const* key) {
-    auto const text = read_string_field(result, node, key, false);
+    auto const text = read_string_field(result, node, key, Presence::optional);
     if (!text || text->empty()) {
         return std::nullopt;
     }
@@ -37,33 +37,33 @@ void write_spin_byte(JsonValue& object, char const* key, std::optional<char> spi
 
 ExcitationContribution read_excitation_contribution(DocumentResult& result, Node const& node) {
     ExcitationContribution contribution;
-    contribution.label = read_string_field(result, node, "label", false).value_or("");
-    contribution.from_orbital = read_int_field(result, node, "from_orbital", false);
-    contribution.to_orbital = read_int_field(result, node, "to_orbital", false);
-    contribution.from_type = read_string_field(result, node, "from_type", false).value_or("");
-    contribution.to_type = read_string_field(result, node, "to_type", false).value_or("");
+    contribution.label = read_string_field(result, node, "label", Presence::optional).value_or("");
+    contribution.from_orbital = read_int_field(result, node, "from_orbital", Presence::optional);
+    contribution.to_orbital = read_int_field(result, node, "to_orbital", Presence::optional);
+    contribution.from_type = read_string_field(result, node, "from_type", Presence::optional).value_or("");
+    contribution.to_type = read_string_field(result, node, "to_type", Presence::optional).value_or("");
     contribution.from_spin = read_spin_byte(result, node, "from_spin");
     contribution.to_spin = read_spin_byte(result, node, "to_spin");
-    contribution.coefficient = read_double_field(result, node, "coefficient", false);
-    contribution.weight = read_double_field(result, node, "weight", false);
+    contribution.coefficient = read_double_field(result, node, "coefficient", Presence::optional);
+    contribution.weight = read_double_field(result, node, "weight", Presence::optional);
     contribution.reverse = read_bool_field(result, node, "reverse").value_or(false);
     return contribution;
 }
 
 AbsorptionPeak read_absorption_peak(DocumentResult& result, Node const& node) {
     AbsorptionPeak peak;
-    peak.spectrum_kind = read_string_field(result, node, "spectrum_kind", false).value_or("");
-    peak.transition = read_string_field(result, node, "transition", false).value_or("");
-    peak.target_state_index = read_int_field(result, node, "target_state_index", false);
+    peak.spectrum_kind = read_string_field(result, node, "spectrum_kind", Presence::optional).value_or("");
+    peak.transition = read_string_field(result, node, "transition", Presence::optional).value_or("");
+    peak.target_state_index = read_int_field(result, node, "target_state_index", Presence::optional);
     // The one expected member: read whether or not the key is there.
     peak.excitation_energy = read_energy_value(result, node["excitation_energy"]).value_or(0.0);
     read_number_fields(result, node, peak, reported_peak_numbers);
-    peak.strength_label = read_string_field(result, node, "strength_label", false).value_or("");
-    peak.strength = read_double_field(result, node, "strength", false);
+    peak.strength_label = read_string_field(result, node, "strength_label", Presence::optional).value_or("");
+    peak.strength = read_double_field(result, node, "strength", Presence::optional);
     if (Node const moment = node["transition_moment_au"]; moment.defined()) {
         peak.transition_moment_au = read_vec3(result, moment);
     }
-    peak.rotatory_strength = read_double_field(result, node, "rotatory_strength", false);
+    peak.rotatory_strength = read_double_field(result, node, "rotatory_strength", Presence::optional);
     peak.source = read_source_key(result, node);
     return peak;
 }

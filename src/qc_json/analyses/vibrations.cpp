@@ -35,9 +35,9 @@ JsonValue write_vibrational_mode(VibrationalMode const& mode) {
 
 VibrationalMode read_vibrational_mode(DocumentResult& result, Node const& node) {
     VibrationalMode mode;
-    mode.index = read_int_field(result, node, "index", false);
-    mode.frequency_cm1 = read_double_field(result, node, "frequency_cm1", true).value_or(0.0);
-    mode.symmetry = read_string_field(result, node, "symmetry", false).value_or("");
+    mode.index = read_int_field(result, node, "index", Presence::optional);
+    mode.frequency_cm1 = read_double_field(result, node, "frequency_cm1", Presence::required).value_or(0.0);
+    mode.symmetry = read_string_field(result, node, "symmetry", Presence::optional).value_or("");
     read_number_fields(result, node, mode, mode_numbers);
     read_elements(result, node["displacements"], mode.displacements, read_vec3);
     return mode;
@@ -50,7 +50,6 @@ VibrationalBlock read_vibrational_block(DocumentResult& result, Node const& node
 }
 
 void write_vibrational_block(JsonValue& object, VibrationalBlock const& block) {
-    object["type"] = "vibrational";
     object["modes"] = write_elements(block.modes, write_vibrational_mode);
 }
 

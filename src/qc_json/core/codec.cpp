@@ -15,7 +15,7 @@ namespace {
 
 std::string print_document(JsonValue root, SerializeOptions const& options) {
     if (!options.include_diagnostics) {
-        root["diagnostics"] = make_json_array();
+        root[diagnostics_key] = make_json_array();
     }
     std::string text;
     write_json(text, root, options);

@@ -11,7 +11,7 @@ void append(DocumentResult& result, model::Severity severity, std::string code, 
 
 }  // namespace
 
-void add_diagnostic(DocumentResult& result, std::string code, std::string message) {
+void add_error(DocumentResult& result, std::string code, std::string message) {
     append(result, model::Severity::error, std::move(code), std::move(message));
 }
 

@@ -11,7 +11,7 @@ namespace morv::qc::json {
 using DocumentResult = model::ParseResult<Document>;
 
 // Appends an error with no source span.
-void add_diagnostic(DocumentResult& result, std::string code, std::string message);
+void add_error(DocumentResult& result, std::string code, std::string message);
 
 // Appends a warning with no source span.
 void add_warning(DocumentResult& result, std::string code, std::string message);

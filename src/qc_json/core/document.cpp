@@ -24,34 +24,93 @@
 namespace morv::qc::json {
 namespace {
 
-constexpr std::array<std::string_view, 12> known_root_keys = {
-    "schema", "parse_status", "normalization", "program", "sources", "systems",
-    "frames", "jobs",         "steps",         "analyses", "metadata", "diagnostics",
+constexpr char const schema_key[] = "schema";
+constexpr char const parse_status_key[] = "parse_status";
+
+// What the writer puts under the keys of the root.
+struct Written {
+    Document const& document;
+    model::ParseStatus status;
+    std::vector<model::Diagnostic> const& diagnostics;
 };
 
+using RootReader = void (*)(DocumentResult& result, Node const& value);
+
+template <void (*read)(DocumentResult&, Node const&)>
+void read_if_map(DocumentResult& result, Node const& value) {
+    if (value.is_map()) {
+        read(result, value);
+    }
+}
+
+template <typename Record, std::vector<Record> Document::*list,
+          std::optional<Record> (*read)(DocumentResult&, Node const&)>
+void read_list(DocumentResult& result, Node const& value) {
+    read_elements(result, value, result.value.*list, read);
+}
+
+void read_program_key(DocumentResult& result, Node const& value) {
+    if (value.is_map()) {
+        read_program(result, value);
+    } else {
+        add_error(result, "qc.json.missing_program", "QC document does not contain a program object.");
+    }
+}
+
+// Every key of the root that the format fixes, in the order in which they
+// are read and written. Schema, status and stored diagnostics have no
+// reader here: the first two decide whether and how the rest is read, and
+// the stored diagnostics are read after the extensions.
+struct RootKey {
+    char const* key;
+    JsonValue (*write)(Written const& written);
+    RootReader read;
+};
+
+constexpr std::array<RootKey, 12> root_keys = {{
+    {schema_key, [](Written const&) -> JsonValue { return schema_id; }, nullptr},
+    {parse_status_key, [](Written const& w) -> JsonValue { return to_string(w.status); }, nullptr},
+    {"normalization", [](Written const& w) { return write_normalization(w.document.normalization); },
+     read_if_map<read_normalization>},
+    {"program", [](Written const& w) { return write_program(w.document.program); }, read_program_key},
+    {"sources", [](Written const& w) { return write_elements(w.document.sources, write_source_file); },
+     read_list<model::SourceFile, &Document::sources, read_source_file>},
+    {"systems", [](Written const& w) { return write_elements(w.document.systems, write_system); },
+     read_list<chem::ChemicalSystem, &Document::systems, read_system>},
+    {"frames", [](Written const& w) { return write_elements(w.document.frames, write_frame); },
+     read_list<chem::GeometryFrame, &Document::frames, read_frame>},
+    {"jobs", [](Written const& w) { return write_elements(w.document.jobs, write_job); },
+     read_list<CalculationJob, &Document::jobs, read_job>},
+    {"steps", [](Written const& w) { return write_elements(w.document.steps, write_step); },
+     read_list<CalculationStep, &Document::steps, read_step>},
+    {"analyses", [](Written const& w) { return write_elements(w.document.analyses, write_analysis_block); },
+     read_list<AnalysisBlock, &Document::analyses, read_analysis_block>},
+    {"metadata", [](Written const& w) { return write_metadata(w.document.metadata); }, read_if_map<read_metadata>},
+    {diagnostics_key, [](Written const& w) { return write_diagnostics(w.diagnostics); }, nullptr},
+}};
+// The fixed keys hold each member of the document but its extensions, and
+// the schema, the status and the diagnostics of the decode besides.
+static_assert(root_keys.size() == model::detail::member_count<Document>() - 1 + 3,
+              "every member of the document needs its root key");
+
 bool is_known_root_key(std::string const& key) {
-    return std::find(known_root_keys.begin(), known_root_keys.end(), key) != known_root_keys.end();
+    return std::any_of(root_keys.begin(), root_keys.end(), [&](RootKey const& entry) { return entry.key == key; });
 }
 
 bool read_schema(DocumentResult& result, Node const& root) {
-    std::string const schema = read_string_field(result, root, "schema", true).value_or("");
+    std::string const schema = read_string_field(result, root, schema_key, Presence::required).value_or("");
     if (schema == schema_id) {
         return true;
     }
-    add_diagnostic(result, "qc.json.unsupported_schema",
+    add_error(result, "qc.json.unsupported_schema",
                    "Unsupported QC document schema: " + (schema.empty() ? std::string("<missing>") : schema));
     return false;
 }
 
 model::ParseStatus read_parse_status(DocumentResult& result, Node const& root) {
-    std::string const text = read_string_field(result, root, "parse_status", false).value_or("complete");
-    if (text == "complete") {
-        return model::ParseStatus::complete;
-    }
-    if (text == "partial") {
-        return model::ParseStatus::partial;
-    }
-    return model::ParseStatus::failed;
+    // A document that does not say how far its producer got is complete.
+    return enumerator_or_otherwise<model::ParseStatus>(
+        read_string_field(result, root, parse_status_key, Presence::optional).value_or("complete"));
 }
 
 void read_extensions(DocumentResult& result, Node const& root) {
@@ -88,25 +147,17 @@ JsonValue write_document(Document const& document, model::ParseStatus status,
     for (auto const& [key, value] : document.extensions) {
         root[key] = extension_to_json(value);
     }
-    root["schema"] = schema_id;
-    root["parse_status"] = to_string(status);
-    root["normalization"] = write_normalization(document.normalization);
-    root["program"] = write_program(document.program);
-    root["sources"] = write_elements(document.sources, write_source_file);
-    root["systems"] = write_elements(document.systems, write_system);
-    root["frames"] = write_elements(document.frames, write_frame);
-    root["jobs"] = write_elements(document.jobs, write_job);
-    root["steps"] = write_elements(document.steps, write_step);
-    root["analyses"] = write_elements(document.analyses, write_analysis_block);
-    root["metadata"] = write_metadata(document.metadata);
-    root["diagnostics"] = write_diagnostics(diagnostics);
+    Written const written{document, status, diagnostics};
+    for (auto const& entry : root_keys) {
+        root[entry.key] = entry.write(written);
+    }
     return root;
 }
 
 DocumentResult read_document(Node const& root) {
     DocumentResult result;
     if (!root.is_map()) {
-        add_diagnostic(result, "qc.json.invalid_root", "The QC JSON root must be an object.");
+        add_error(result, "qc.json.invalid_root", "The QC JSON root must be an object.");
         return result;
     }
     if (!read_schema(result, root)) {
@@ -114,26 +165,13 @@ DocumentResult read_document(Node const& root) {
     }
     result.status = read_parse_status(result, root);
 
-    if (Node const normalization = root["normalization"]; normalization.is_map()) {
-        read_normalization(result, normalization);
-    }
-    if (Node const program = root["program"]; program.is_map()) {
-        read_program(result, program);
-    } else {
-        add_diagnostic(result, "qc.json.missing_program", "QC document does not contain a program object.");
-    }
-    Document& document = result.value;
-    read_elements(result, root["sources"], document.sources, read_source_file);
-    read_elements(result, root["systems"], document.systems, read_system);
-    read_elements(result, root["frames"], document.frames, read_frame);
-    read_elements(result, root["jobs"], document.jobs, read_job);
-    read_elements(result, root["steps"], document.steps, read_step);
-    read_elements(result, root["analyses"], document.analyses, read_analysis_block);
-    if (Node const metadata = root["metadata"]; metadata.is_map()) {
-        read_metadata(result, metadata);
+    for (auto const& entry : root_keys) {
+        if (entry.read) {
+            entry.read(result, root[entry.key]);
+        }
     }
     read_extensions(result, root);
-    read_diagnostics(result, root["diagnostics"]);
+    read_diagnostics(result, root[diagnostics_key]);
 
     for (auto& finding : validate_document(result.value)) {
         result.diagnostics.push_back(std::move(finding));

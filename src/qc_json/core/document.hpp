@@ -13,6 +13,9 @@
 
 namespace morv::qc::json {
 
+// The root key of the stored diagnostics, which a write may leave empty.
+inline constexpr char const diagnostics_key[] = "diagnostics";
+
 // The whole document as one JSON object.
 JsonValue write_document(Document const& document, model::ParseStatus status,
                          std::vector<model::Diagnostic> const& diagnostics);

@@ -8,18 +8,18 @@ namespace {
 // `T` is the type that yaml-cpp converts to; the callers narrow it to the
 // field's own type.
 template <typename T>
-std::optional<T> read_field(DocumentResult& result, Node const& parent, char const* key, bool required) {
+std::optional<T> read_field(DocumentResult& result, Node const& parent, char const* key, Presence presence) {
     // The lookup may throw; that is meant to end the decode.
     Node const child = parent[key];
     if (!child.defined() || child.is_null()) {
-        if (required) {
-            add_diagnostic(result, "qc.json.missing_field", std::string("Missing required field: ") + key);
+        if (presence == Presence::required) {
+            add_error(result, "qc.json.missing_field", std::string("Missing required field: ") + key);
         }
         return std::nullopt;
     }
     std::optional<T> value = child.try_as<T>();
     if (!value) {
-        add_diagnostic(result, "qc.json.invalid_field", std::string("Invalid value for field: ") + key);
+        add_error(result, "qc.json.invalid_field", std::string("Invalid value for field: ") + key);
     }
     return value;
 }
@@ -27,45 +27,45 @@ std::optional<T> read_field(DocumentResult& result, Node const& parent, char con
 }  // namespace
 
 std::optional<std::uint64_t> read_uint64_field(DocumentResult& result, Node const& parent, char const* key,
-                                               bool required) {
-    return read_field<unsigned long long>(result, parent, key, required);
+                                               Presence presence) {
+    return read_field<unsigned long long>(result, parent, key, presence);
 }
 
 std::optional<std::uint32_t> read_uint32_field(DocumentResult& result, Node const& parent, char const* key,
-                                               bool required) {
-    return read_field<unsigned int>(result, parent, key, required);
+                                               Presence presence) {
+    return read_field<unsigned int>(result, parent, key, presence);
 }
 
 std::optional<std::uint16_t> read_uint16_field(DocumentResult& result, Node const& parent, char const* key) {
-    return read_field<unsigned short>(result, parent, key, false);
+    return read_field<unsigned short>(result, parent, key, Presence::optional);
 }
 
-std::optional<int> read_int_field(DocumentResult& result, Node const& parent, char const* key, bool required) {
-    return read_field<int>(result, parent, key, required);
+std::optional<int> read_int_field(DocumentResult& result, Node const& parent, char const* key, Presence presence) {
+    return read_field<int>(result, parent, key, presence);
 }
 
 std::optional<double> read_double_field(DocumentResult& result, Node const& parent, char const* key,
-                                        bool required) {
-    return read_field<double>(result, parent, key, required);
+                                        Presence presence) {
+    return read_field<double>(result, parent, key, presence);
 }
 
 std::optional<std::string> read_string_field(DocumentResult& result, Node const& parent, char const* key,
-                                             bool required) {
-    return read_field<std::string>(result, parent, key, required);
+                                             Presence presence) {
+    return read_field<std::string>(result, parent, key, presence);
 }
 
 std::optional<bool> read_bool_field(DocumentResult& result, Node const& parent, char const* key) {
-    return read_field<bool>(result, parent, key, false);
+    return read_field<bool>(result, parent, key, Presence::optional);
 }
 
 std::optional<std::uint32_t> read_id_field(DocumentResult& result, Node const& parent, char const* key,
-                                           bool required) {
-    auto const value = read_uint64_field(result, parent, key, required);
+                                           Presence presence) {
+    auto const value = read_uint64_field(result, parent, key, presence);
     if (!value) {
         return std::nullopt;
     }
     if (*value > std::numeric_limits<std::uint32_t>::max()) {
-        add_diagnostic(result, "qc.json.id_out_of_range", std::string("Entity ID exceeds uint32 range: ") + key);
+        add_error(result, "qc.json.id_out_of_range", std::string("Entity ID exceeds uint32 range: ") + key);
         return std::nullopt;
     }
     return static_cast<std::uint32_t>(*value);
@@ -73,13 +73,13 @@ std::optional<std::uint32_t> read_id_field(DocumentResult& result, Node const& p
 
 std::optional<chem::Vec3> read_vec3(DocumentResult& result, Node const& node) {
     if (!node.is_map()) {
-        add_diagnostic(result, "qc.json.invalid_vec3", "Expected a Cartesian vector object.");
+        add_error(result, "qc.json.invalid_vec3", "Expected a Cartesian vector object.");
         return std::nullopt;
     }
     // All three are read so that each bad component is reported.
-    auto const x = read_double_field(result, node, "x", true);
-    auto const y = read_double_field(result, node, "y", true);
-    auto const z = read_double_field(result, node, "z", true);
+    auto const x = read_double_field(result, node, "x", Presence::required);
+    auto const y = read_double_field(result, node, "y", Presence::required);
+    auto const z = read_double_field(result, node, "z", Presence::required);
     if (!x || !y || !z) {
         return std::nullopt;
     }

@@ -7,21 +7,11 @@
 namespace morv::qc::json {
 namespace {
 
-model::Severity severity_from_text(std::string const& text) {
-    if (text == "error") {
-        return model::Severity::error;
-    }
-    if (text == "warning") {
-        return model::Severity::warning;
-    }
-    return model::Severity::note;
-}
-
 model::Diagnostic read_stored_diagnostic(DocumentResult& result, Node const& node) {
     model::Diagnostic diagnostic;
-    diagnostic.severity = severity_from_text(read_string_field(result, node, "severity", false).value_or(""));
-    diagnostic.code = read_string_field(result, node, "code", false).value_or("");
-    diagnostic.message = read_string_field(result, node, "message", false).value_or("");
+    diagnostic.severity = read_word_field<model::Severity>(result, node, "severity");
+    diagnostic.code = read_string_field(result, node, "code", Presence::optional).value_or("");
+    diagnostic.message = read_string_field(result, node, "message", Presence::optional).value_or("");
     diagnostic.source = read_source_key(result, node);
     return diagnostic;
 }
@@ -41,22 +31,22 @@ JsonValue write_stored_diagnostic(model::Diagnostic const& diagnostic) {
 
 std::optional<model::SourcePosition> read_source_position(DocumentResult& result, Node const& node) {
     if (!node.is_map()) {
-        add_diagnostic(result, "qc.json.invalid_source_position", "Expected a source-position object.");
+        add_error(result, "qc.json.invalid_source_position", "Expected a source-position object.");
         return std::nullopt;
     }
     model::SourcePosition position;
-    position.offset = read_uint64_field(result, node, "offset", false).value_or(0);
-    position.line = read_uint64_field(result, node, "line", false).value_or(0);
-    position.column = read_uint64_field(result, node, "column", false).value_or(0);
+    position.offset = read_uint64_field(result, node, "offset", Presence::optional).value_or(0);
+    position.line = read_uint64_field(result, node, "line", Presence::optional).value_or(0);
+    position.column = read_uint64_field(result, node, "column", Presence::optional).value_or(0);
     return position;
 }
 
 std::optional<model::SourceSpan> read_source_span(DocumentResult& result, Node const& node) {
     if (!node.is_map()) {
-        add_diagnostic(result, "qc.json.invalid_source_span", "Expected a source-span object.");
+        add_error(result, "qc.json.invalid_source_span", "Expected a source-span object.");
         return std::nullopt;
     }
-    auto const source_id = read_id_field(result, node, "source_id", true);
+    auto const source_id = read_id_field(result, node, "source_id", Presence::required);
     if (!source_id) {
         return std::nullopt;
     }

@@ -4,7 +4,6 @@
 #include "core/optional_keys.hpp"
 #include "core/sequences.hpp"
 #include "core/source_spans.hpp"
-#include "core/wire_names.hpp"
 
 #include <morv/qc/model.hpp>
 
@@ -12,30 +11,14 @@
 namespace morv::qc::json {
 namespace {
 
-constexpr WireNames<ConvergenceStatus, 2> statuses = {{
-    {"converged", ConvergenceStatus::converged},
-    {"not_converged", ConvergenceStatus::not_converged},
-}};
-
-// "gradient_norm" is the default, so it needs no entry of its own.
-constexpr WireNames<CriterionKind, 6> criterion_kinds = {{
-    {"max_force", CriterionKind::max_force},
-    {"rms_force", CriterionKind::rms_force},
-    {"max_displacement", CriterionKind::max_displacement},
-    {"rms_displacement", CriterionKind::rms_displacement},
-    {"energy_change", CriterionKind::energy_change},
-    {"constraint_violation", CriterionKind::constraint_violation},
-}};
-
 // A criterion is never dropped; a bad `value` leaves 0.
 ConvergenceCriterion read_criterion(DocumentResult& result, Node const& node) {
     ConvergenceCriterion criterion;
-    criterion.kind = find_wire_name(read_string_field(result, node, "kind", false).value_or(""), criterion_kinds)
-                         .value_or(CriterionKind::gradient_norm);
-    criterion.value = read_double_field(result, node, "value", true).value_or(0.0);
-    criterion.threshold = read_double_field(result, node, "threshold", false);
+    criterion.kind = read_word_field<CriterionKind>(result, node, "kind");
+    criterion.value = read_double_field(result, node, "value", Presence::required).value_or(0.0);
+    criterion.threshold = read_double_field(result, node, "threshold", Presence::optional);
     criterion.satisfied = read_bool_field(result, node, "satisfied");
-    criterion.unit = read_string_field(result, node, "unit", false).value_or("");
+    criterion.unit = read_string_field(result, node, "unit", Presence::optional).value_or("");
     return criterion;
 }
 
@@ -56,9 +39,9 @@ std::optional<GradientRecord> read_gradient(DocumentResult& result, Node const& 
         return std::nullopt;
     }
     GradientRecord gradient;
-    gradient.norm = read_double_field(result, node, "norm", false);
-    gradient.rms = read_double_field(result, node, "rms", false);
-    gradient.max = read_double_field(result, node, "max", false);
+    gradient.norm = read_double_field(result, node, "norm", Presence::optional);
+    gradient.rms = read_double_field(result, node, "rms", Presence::optional);
+    gradient.max = read_double_field(result, node, "max", Presence::optional);
     read_elements(result, node["vectors"], gradient.vectors, read_vec3);
     gradient.source = read_source_key(result, node);
     return gradient;
@@ -69,8 +52,7 @@ std::optional<ConvergenceRecord> read_convergence(DocumentResult& result, Node c
         return std::nullopt;
     }
     ConvergenceRecord convergence;
-    convergence.status = find_wire_name(read_string_field(result, node, "status", false).value_or(""), statuses)
-                             .value_or(ConvergenceStatus::unknown);
+    convergence.status = read_word_field<ConvergenceStatus>(result, node, "status");
     read_elements(result, node["criteria"], convergence.criteria, read_criterion);
     convergence.source = read_source_key(result, node);
     return convergence;

@@ -3,7 +3,6 @@
 #include "core/field_readers.hpp"
 #include "core/optional_keys.hpp"
 #include "core/source_spans.hpp"
-#include "core/wire_names.hpp"
 
 #include <morv/qc/model.hpp>
 
@@ -15,17 +14,6 @@ namespace {
 constexpr double electron_volt_per_hartree = 27.211386245988;
 constexpr double wavenumber_per_hartree = 219474.6313632;
 constexpr double nanometre_electron_volt = 1239.8419843320025;
-
-constexpr WireNames<EnergyKind, 8> energy_kinds = {{
-    {"electronic", EnergyKind::electronic},
-    {"scf", EnergyKind::scf},
-    {"correlated", EnergyKind::correlated},
-    {"excited_state_total", EnergyKind::excited_state_total},
-    {"gibbs_free", EnergyKind::gibbs_free},
-    {"enthalpy", EnergyKind::enthalpy},
-    {"zero_point", EnergyKind::zero_point},
-    {"thermal_correction", EnergyKind::thermal_correction},
-}};
 
 }  // namespace
 
@@ -44,10 +32,10 @@ JsonValue write_energy_value(double hartree) {
 
 std::optional<double> read_energy_value(DocumentResult& result, Node const& node) {
     if (!node.is_map()) {
-        add_diagnostic(result, "qc.json.invalid_energy", "Expected an energy object.");
+        add_error(result, "qc.json.invalid_energy", "Expected an energy object.");
         return std::nullopt;
     }
-    return read_double_field(result, node, "hartree", true);
+    return read_double_field(result, node, "hartree", Presence::required);
 }
 
 JsonValue write_energy_record(EnergyRecord const& record) {
@@ -63,10 +51,10 @@ JsonValue write_energy_record(EnergyRecord const& record) {
 
 std::optional<EnergyRecord> read_energy_record(DocumentResult& result, Node const& node) {
     if (!node.is_map()) {
-        add_diagnostic(result, "qc.json.invalid_energy_record", "Expected an energy-record object.");
+        add_error(result, "qc.json.invalid_energy_record", "Expected an energy-record object.");
         return std::nullopt;
     }
-    auto const id = read_entity_id_field<EnergyIdTag>(result, node, "id", true);
+    auto const id = read_entity_id_field<EnergyIdTag>(result, node, "id", Presence::required);
     auto const value = read_energy_value(result, node["value"]);
     if (!id || !value) {
         return std::nullopt;
@@ -74,10 +62,9 @@ std::optional<EnergyRecord> read_energy_record(DocumentResult& result, Node cons
     EnergyRecord record;
     record.id = *id;
     record.value = *value;
-    record.kind = find_wire_name(read_string_field(result, node, "kind", false).value_or(""), energy_kinds)
-                      .value_or(EnergyKind::unknown);
-    record.label = read_string_field(result, node, "label", false).value_or("");
-    record.method = read_string_field(result, node, "method", false).value_or("");
+    record.kind = read_word_field<EnergyKind>(result, node, "kind");
+    record.label = read_string_field(result, node, "label", Presence::optional).value_or("");
+    record.method = read_string_field(result, node, "method", Presence::optional).value_or("");
     record.source = read_source_key(result, node);
     return record;
 }

@@ -7,8 +7,8 @@
 namespace morv::qc::json {
 
 std::optional<chem::GeometryFrame> read_frame(DocumentResult& result, Node const& node) {
-    auto const id = read_entity_id_field<chem::FrameIdTag>(result, node, "id", true);
-    auto const system_id = read_required_entity_id_field<chem::SystemIdTag>(result, node, "system_id");
+    auto const id = read_entity_id_field<chem::FrameIdTag>(result, node, "id", Presence::required);
+    auto const system_id = read_entity_id_field<chem::SystemIdTag>(result, node, "system_id", Presence::required);
     if (!id || !system_id) {
         return std::nullopt;
     }

@@ -4,7 +4,7 @@
 #include "core/optional_keys.hpp"
 #include "core/sequences.hpp"
 #include "core/source_spans.hpp"
-#include "core/wire_names.hpp"
+#include <morv/qc/wire_words.hpp>
 #include "sections/program.hpp"
 
 #include <morv/qc/model.hpp>
@@ -15,23 +15,6 @@
 namespace morv::qc::json {
 namespace {
 
-constexpr WireNames<JobRelation, 4> relations = {{
-    {"link", JobRelation::link},
-    {"restart", JobRelation::restart},
-    {"branch", JobRelation::branch},
-    {"image", JobRelation::image},
-}};
-
-constexpr WireNames<TaskKind, 7> task_kinds = {{
-    {"single_point", TaskKind::single_point},
-    {"optimization", TaskKind::optimization},
-    {"frequency", TaskKind::frequency},
-    {"excited_state", TaskKind::excited_state},
-    {"irc", TaskKind::irc},
-    {"scan", TaskKind::scan},
-    {"neb", TaskKind::neb},
-}};
-
 void read_tasks(DocumentResult& result, Node const& list, std::vector<TaskKind>& tasks) {
     if (!list.is_sequence()) {
         return;
@@ -40,7 +23,7 @@ void read_tasks(DocumentResult& result, Node const& list, std::vector<TaskKind>&
         // No handler here on purpose: a task that is not a scalar ends the
         // decode, and a null reads as the text "null".
         std::string const text = element.as<std::string>();
-        if (auto const task = task_kind_from_string(text)) {
+        if (auto const task = enumerator_of_word<TaskKind>(text)) {
             tasks.push_back(*task);
         } else {
             add_warning(result, "qc.json.unknown_task", "Ignoring unknown task kind: " + text);
@@ -59,7 +42,7 @@ void read_step_ids(DocumentResult& result, Node const& list, std::vector<StepId>
         if (value && *value <= std::numeric_limits<std::uint32_t>::max()) {
             step_ids.emplace_back(static_cast<std::uint32_t>(*value));
         } else {
-            add_diagnostic(result, "qc.json.invalid_step_id", "Calculation job contains an invalid step ID.");
+            add_error(result, "qc.json.invalid_step_id", "Calculation job contains an invalid step ID.");
         }
     }
 }
@@ -70,28 +53,25 @@ JsonValue write_step_id(StepId id) { return id.value; }
 
 }  // namespace
 
-std::optional<TaskKind> task_kind_from_string(std::string const& text) { return find_wire_name(text, task_kinds); }
-
 std::optional<CalculationJob> read_job(DocumentResult& result, Node const& node) {
-    auto const id = read_entity_id_field<JobIdTag>(result, node, "id", true);
-    auto const system_id = read_required_entity_id_field<chem::SystemIdTag>(result, node, "system_id");
+    auto const id = read_entity_id_field<JobIdTag>(result, node, "id", Presence::required);
+    auto const system_id = read_entity_id_field<chem::SystemIdTag>(result, node, "system_id", Presence::required);
     if (!id || !system_id) {
         return std::nullopt;
     }
     CalculationJob job;
     job.id = *id;
     job.system_id = *system_id;
-    job.ordinal = read_uint32_field(result, node, "ordinal", false).value_or(id->value);
-    job.parent_job_id = read_entity_id_field<JobIdTag>(result, node, "parent_job_id", false);
-    job.relation = find_wire_name(read_string_field(result, node, "relation", false).value_or(""), relations)
-                       .value_or(JobRelation::none);
+    job.ordinal = read_uint32_field(result, node, "ordinal", Presence::optional).value_or(id->value);
+    job.parent_job_id = read_entity_id_field<JobIdTag>(result, node, "parent_job_id", Presence::optional);
+    job.relation = read_word_field<JobRelation>(result, node, "relation");
     read_tasks(result, node["tasks"], job.tasks);
-    if (auto const primary = read_string_field(result, node, "primary_task", false)) {
-        job.primary_task = task_kind_from_string(*primary);
+    if (auto const primary = read_string_field(result, node, "primary_task", Presence::optional)) {
+        job.primary_task = enumerator_of_word<TaskKind>(*primary);
     }
-    job.method = read_string_field(result, node, "method", false).value_or("");
-    job.basis_set = read_string_field(result, node, "basis_set", false).value_or("");
-    job.keywords = read_string_field(result, node, "keywords", false).value_or("");
+    job.method = read_string_field(result, node, "method", Presence::optional).value_or("");
+    job.basis_set = read_string_field(result, node, "basis_set", Presence::optional).value_or("");
+    job.keywords = read_string_field(result, node, "keywords", Presence::optional).value_or("");
     read_step_ids(result, node["step_ids"], job.step_ids);
     if (auto termination = read_termination(result, node["termination"])) {
         job.termination = std::move(*termination);

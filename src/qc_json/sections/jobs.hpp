@@ -12,7 +12,6 @@
 namespace morv::qc::json {
 
 // The task whose wire string is exactly `text`; reports nothing.
-std::optional<TaskKind> task_kind_from_string(std::string const& text);
 
 // Gives nothing when `id` or `system_id` is unusable. A task that is a
 // sequence or a map throws and ends the decode.

@@ -3,7 +3,6 @@
 #include "core/field_readers.hpp"
 #include "core/optional_keys.hpp"
 #include "core/source_spans.hpp"
-#include "core/wire_names.hpp"
 
 #include <morv/qc/model.hpp>
 
@@ -11,26 +10,6 @@
 
 namespace morv::qc::json {
 namespace {
-
-constexpr WireNames<ProgramKind, 3> program_kinds = {{
-    {"gaussian", ProgramKind::gaussian},
-    {"orca", ProgramKind::orca},
-    {"gamess", ProgramKind::gamess},
-}};
-
-constexpr WireNames<ResultProfile, 3> profiles = {{
-    {"summary", ResultProfile::summary},
-    {"standard", ResultProfile::standard},
-    {"full", ResultProfile::full},
-}};
-
-constexpr WireNames<TerminationKind, 5> termination_kinds = {{
-    {"running", TerminationKind::running},
-    {"normal", TerminationKind::normal},
-    {"error", TerminationKind::error},
-    {"interrupted", TerminationKind::interrupted},
-    {"truncated", TerminationKind::truncated},
-}};
 
 // A switch that is absent or refused stays requested.
 bool read_switch(DocumentResult& result, Node const& node, char const* key) {
@@ -41,8 +20,7 @@ bool read_switch(DocumentResult& result, Node const& node, char const* key) {
 
 void read_normalization(DocumentResult& result, Node const& node) {
     Normalization& normalization = result.value.normalization;
-    normalization.profile = find_wire_name(read_string_field(result, node, "profile", false).value_or(""), profiles)
-                                .value_or(ResultProfile::unknown);
+    normalization.profile = read_word_field<ResultProfile>(result, node, "profile");
     Node const requested = node["requested_analyses"];
     if (!requested.is_map()) {
         return;
@@ -57,11 +35,10 @@ void read_normalization(DocumentResult& result, Node const& node) {
 
 void read_program(DocumentResult& result, Node const& node) {
     ProgramInfo& program = result.value.program;
-    program.kind = find_wire_name(read_string_field(result, node, "kind", false).value_or(""), program_kinds)
-                       .value_or(ProgramKind::unknown);
-    program.name = read_string_field(result, node, "name", false).value_or("");
-    program.version = read_string_field(result, node, "version", false).value_or("");
-    program.input_file_name = read_string_field(result, node, "input_file_name", false).value_or("");
+    program.kind = read_word_field<ProgramKind>(result, node, "kind");
+    program.name = read_string_field(result, node, "name", Presence::optional).value_or("");
+    program.version = read_string_field(result, node, "version", Presence::optional).value_or("");
+    program.input_file_name = read_string_field(result, node, "input_file_name", Presence::optional).value_or("");
     if (auto termination = read_termination(result, node["termination"])) {
         program.termination = std::move(*termination);
     }
@@ -72,9 +49,8 @@ std::optional<Termination> read_termination(DocumentResult& result, Node const& 
         return std::nullopt;
     }
     Termination termination;
-    termination.kind = find_wire_name(read_string_field(result, node, "kind", false).value_or(""), termination_kinds)
-                           .value_or(TerminationKind::unknown);
-    termination.reason = read_string_field(result, node, "reason", false).value_or("");
+    termination.kind = read_word_field<TerminationKind>(result, node, "kind");
+    termination.reason = read_string_field(result, node, "reason", Presence::optional).value_or("");
     termination.source = read_source_key(result, node);
     return termination;
 }

@@ -6,16 +6,16 @@
 namespace morv::qc::json {
 
 std::optional<model::SourceFile> read_source_file(DocumentResult& result, Node const& node) {
-    auto const id = read_id_field(result, node, "id", true);
+    auto const id = read_id_field(result, node, "id", Presence::required);
     if (!id) {
         return std::nullopt;
     }
     model::SourceFile file;
     file.id = model::SourceId(*id);
-    file.path = read_string_field(result, node, "path", false).value_or("");
-    file.sha256 = read_string_field(result, node, "sha256", false);
-    file.size_bytes = read_uint64_field(result, node, "size_bytes", false);
-    file.embedded_content = read_string_field(result, node, "embedded_content", false);
+    file.path = read_string_field(result, node, "path", Presence::optional).value_or("");
+    file.sha256 = read_string_field(result, node, "sha256", Presence::optional);
+    file.size_bytes = read_uint64_field(result, node, "size_bytes", Presence::optional);
+    file.embedded_content = read_string_field(result, node, "embedded_content", Presence::optional);
     return file;
 }
 

@@ -10,9 +10,9 @@
 namespace morv::qc::json {
 
 std::optional<CalculationStep> read_step(DocumentResult& result, Node const& node) {
-    auto const id = read_entity_id_field<StepIdTag>(result, node, "id", true);
-    auto const job_id = read_entity_id_field<JobIdTag>(result, node, "job_id", true);
-    auto const system_id = read_required_entity_id_field<chem::SystemIdTag>(result, node, "system_id");
+    auto const id = read_entity_id_field<StepIdTag>(result, node, "id", Presence::required);
+    auto const job_id = read_entity_id_field<JobIdTag>(result, node, "job_id", Presence::required);
+    auto const system_id = read_entity_id_field<chem::SystemIdTag>(result, node, "system_id", Presence::required);
     if (!id || !job_id || !system_id) {
         return std::nullopt;
     }
@@ -20,11 +20,11 @@ std::optional<CalculationStep> read_step(DocumentResult& result, Node const& nod
     step.id = *id;
     step.job_id = *job_id;
     step.system_id = *system_id;
-    step.ordinal = read_uint32_field(result, node, "ordinal", false).value_or(id->value);
-    step.native_cycle = read_int_field(result, node, "native_cycle", false);
-    step.frame_id = read_entity_id_field<chem::FrameIdTag>(result, node, "frame_id", false);
+    step.ordinal = read_uint32_field(result, node, "ordinal", Presence::optional).value_or(id->value);
+    step.native_cycle = read_int_field(result, node, "native_cycle", Presence::optional);
+    step.frame_id = read_entity_id_field<chem::FrameIdTag>(result, node, "frame_id", Presence::optional);
     read_elements(result, node["energies"], step.energies, read_energy_record);
-    step.primary_energy_id = read_entity_id_field<EnergyIdTag>(result, node, "primary_energy_id", false);
+    step.primary_energy_id = read_entity_id_field<EnergyIdTag>(result, node, "primary_energy_id", Presence::optional);
     if (Node const gradient = node["gradient"]; gradient.defined()) {
         step.gradient = read_gradient(result, gradient);
     }

@@ -9,19 +9,19 @@ namespace morv::qc::json {
 namespace {
 
 std::optional<chem::AtomSite> read_atom(DocumentResult& result, Node const& node) {
-    auto const id = read_id_field(result, node, "id", true);
+    auto const id = read_id_field(result, node, "id", Presence::required);
     if (!id) {
         return std::nullopt;
     }
     chem::AtomSite atom;
     atom.id = chem::AtomId(*id);
-    atom.symbol = read_string_field(result, node, "symbol", true).value_or("");
+    atom.symbol = read_string_field(result, node, "symbol", Presence::required).value_or("");
     // Without a label of its own the atom is labelled by its symbol; an empty
     // label that the text gives stays empty.
-    atom.raw_label = read_string_field(result, node, "raw_label", false).value_or(atom.symbol);
+    atom.raw_label = read_string_field(result, node, "raw_label", Presence::optional).value_or(atom.symbol);
     atom.atomic_number = read_uint16_field(result, node, "atomic_number");
     atom.isotope = read_uint16_field(result, node, "isotope");
-    atom.formal_charge = read_int_field(result, node, "formal_charge", false);
+    atom.formal_charge = read_int_field(result, node, "formal_charge", Presence::optional);
     return atom;
 }
 
@@ -31,8 +31,8 @@ std::optional<chem::ElectronicState> read_electronic_state(DocumentResult& resul
     if (!node.is_map()) {
         return std::nullopt;
     }
-    auto const charge = read_int_field(result, node, "charge", true);
-    auto const multiplicity = read_uint32_field(result, node, "multiplicity", true);
+    auto const charge = read_int_field(result, node, "charge", Presence::required);
+    auto const multiplicity = read_uint32_field(result, node, "multiplicity", Presence::required);
     if (!charge || !multiplicity) {
         return std::nullopt;
     }
@@ -55,13 +55,13 @@ JsonValue write_atom(chem::AtomSite const& atom) {
 }  // namespace
 
 std::optional<chem::ChemicalSystem> read_system(DocumentResult& result, Node const& node) {
-    auto const id = read_required_entity_id_field<chem::SystemIdTag>(result, node, "id");
+    auto const id = read_entity_id_field<chem::SystemIdTag>(result, node, "id", Presence::required);
     if (!id) {
         return std::nullopt;
     }
     chem::ChemicalSystem system;
     system.id = *id;
-    system.label = read_string_field(result, node, "label", false).value_or("");
+    system.label = read_string_field(result, node, "label", Presence::optional).value_or("");
     system.electronic_state = read_electronic_state(result, node["electronic_state"]);
     read_elements(result, node["topology"]["atoms"], system.topology.atoms, read_atom);
     system.source = read_source_key(result, node);
