@@ -17,11 +17,14 @@ namespace morv::qc {
 // output that stops early is `partial`, with everything before the cut kept
 // and a diagnostic saying where it stopped.
 //
-// Known programs: Gaussian 09 and 16, whose log holds one job or the jobs of a
-// Link1 run one after another. Frames are in Gaussian's standard orientation
-// (the input orientation when symmetry is off), gradients are turned into the
-// same axes, energies are in hartree and program warnings become diagnostics
-// "gaussian.warning".
+// Known programs, each with its diagnostics coded "<program>.<word>":
+// - Gaussian 09 and 16: one job, or the jobs of a Link1 run one after another.
+//   Frames are in the standard orientation (the input orientation when
+//   symmetry is off), and gradients are turned into the same axes.
+// - ORCA 5 and 6: one job per `$new_job` part; an optimisation followed by
+//   frequencies is two jobs.
+// - GAMESS-US: one job; geometries printed in bohr are turned into angstrom.
+// Frames are in angstrom, energies in hartree (CODATA 2018 conversions).
 MORV_API model::ParseResult<Document> import_output(std::string_view text, std::string_view file_name);
 
 }  // namespace morv::qc
