@@ -193,4 +193,9 @@ AnalysisId DocumentBuilder::add_analysis(JobId job, std::optional<StepId> step, 
     return document_.analyses.back().id;
 }
 
+bool DocumentBuilder::step_is_at(StepId id, std::vector<chem::Vec3> const& positions_angstrom) {
+    auto const& frame_id = step(id).frame_id;
+    return frame_id && document_.frames.at(frame_id->value - 1).positions_angstrom == positions_angstrom;
+}
+
 }  // namespace morv::qc::import

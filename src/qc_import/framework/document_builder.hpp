@@ -49,6 +49,9 @@ public:
     CalculationStep& step(StepId id);
     // Widens the step's span to a record found in it.
     void extend_step(StepId id, model::SourceSpan const& record);
+    // Whether the step's frame has exactly these positions: programs print a
+    // geometry again where nothing moved.
+    bool step_is_at(StepId id, std::vector<chem::Vec3> const& positions_angstrom);
     // A later energy of the same label in a step replaces the earlier one;
     // the step's primary energy is the last one recorded.
     void add_energy(StepId step, EnergyKind kind, std::string label, std::string method, double value,

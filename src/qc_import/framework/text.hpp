@@ -23,6 +23,11 @@ inline bool starts_with(std::string_view text, std::string_view prefix) {
     return text.size() >= prefix.size() && text.compare(0, prefix.size(), prefix) == 0;
 }
 inline bool contains(std::string_view text, std::string_view part) { return text.find(part) != std::string_view::npos; }
+// A rule of three dashes or more, as programs draw under their headings.
+inline bool is_dashes(std::string_view text) {
+    text = trim(text);
+    return text.size() >= 3 && text.find_first_not_of('-') == std::string_view::npos;
+}
 // Views into `text`, so that a field's position gives its span.
 std::vector<std::string_view> fields(std::string_view text);
 // The same into `out`, whose memory a reader of a long table reuses.

@@ -24,11 +24,6 @@ using model::Diagnostic;
 using model::Severity;
 using model::SourceSpan;
 
-bool is_dashes(std::string_view text) {
-    text = trim(text);
-    return text.size() >= 3 && text.find_first_not_of('-') == std::string_view::npos;
-}
-
 bool is_termination(std::string_view trimmed) { return starts_with(trimmed, "EXECUTION OF GAMESS TERMINATED"); }
 
 bool all_integers(std::vector<std::string_view> const& values) {
@@ -441,7 +436,7 @@ private:
                 step.native_cycle = search_point_;
                 return;
             }
-            if (step.frame_id && frames.at(step.frame_id->value - 1).positions_angstrom == table->positions) {
+            if (builder_.step_is_at(*step_, table->positions)) {
                 return;
             }
         }

@@ -3,14 +3,13 @@
 #include "gaussian/route.hpp"
 
 #include "framework/document_builder.hpp"
-#include "framework/line_cursor.hpp"
+#include "framework/job_lines.hpp"
 #include "framework/records.hpp"
 #include "framework/superposition.hpp"
 #include "framework/text.hpp"
 #include "framework/units.hpp"
 
 #include <algorithm>
-#include <cctype>
 #include <optional>
 #include <string>
 #include <utility>
@@ -23,19 +22,6 @@ namespace {
 using model::Diagnostic;
 using model::Severity;
 using model::SourceSpan;
-
-std::string lower(std::string_view text) {
-    std::string out(text);
-    for (char& c : out) {
-        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    }
-    return out;
-}
-
-bool is_dashes(std::string_view text) {
-    text = trim(text);
-    return text.size() >= 3 && text.find_first_not_of('-') == std::string_view::npos;
-}
 
 bool is_termination(std::string_view trimmed) {
     return starts_with(trimmed, "Normal termination of Gaussian") || starts_with(trimmed, "Error termination");
@@ -92,11 +78,11 @@ int multiplicity_of(std::string_view label) {
     return 0;
 }
 
-class JobReader {
+class JobReader : JobLines {
 public:
     JobReader(DocumentBuilder& builder, model::SourceId source, LineCursor& lines, JobRange range,
               std::vector<Diagnostic>& diagnostics)
-        : builder_(builder), source_(source), lines_(lines), range_(range), diagnostics_(diagnostics) {}
+        : JobLines(lines, range.end, source), builder_(builder), range_(range), diagnostics_(diagnostics) {}
 
     void read() {
         CalculationJob job;
@@ -127,20 +113,6 @@ public:
     }
 
 private:
-    Line const& line() const { return lines_.current(); }
-    bool has_next() const { return lines_.index() + 1 < range_.end; }
-    // Moves to the next line of the job, if there is one.
-    bool next() {
-        if (!has_next()) {
-            lines_.seek(range_.end);
-            return false;
-        }
-        lines_.advance();
-        return true;
-    }
-
-    SourceSpan span(std::string_view part) const { return span_of_part(source_, line(), part); }
-
     void read_line() {
         auto const text = trim(line().text);
         // Most lines are none of these; a switch on the first byte keeps
@@ -364,7 +336,7 @@ private:
         if (starts_with(text, "Wavefunction amplitudes converged. E(Corr)=")) {
             // The same line ends CCD, CCSD and QCISD, and the (T) step of
             // CCSD(T) and QCISD(T) follows it.
-            auto const method = lower(route_.method);
+            auto const method = ascii_lower(route_.method);
             std::string const name = starts_with(method, "qcisd") ? "QCISD" : method == "ccd" ? "CCD" : "CCSD";
             energy(text, "E(Corr)=", EnergyKind::correlated, name, name);
         }
@@ -415,7 +387,7 @@ private:
         }
         route_ = parse_route(text);
         route_read_ = true;
-        if (!terminated_ && (contains(lower(text), "nosym") || contains(lower(text), "symmetry=none"))) {
+        if (!terminated_ && (contains(ascii_lower(text), "nosym") || contains(ascii_lower(text), "symmetry=none"))) {
             use_standard_ = false;
         }
         route_line_ = lines_.index();
@@ -535,12 +507,8 @@ private:
         }
         // Gaussian prints the geometry again where nothing moved, after an
         // optimisation has converged for one: that is the same step.
-        if (step_) {
-            auto const& current = builder_.step(*step_);
-            if (current.frame_id &&
-                builder_.document().frames.at(current.frame_id->value - 1).positions_angstrom == positions) {
-                return;
-            }
+        if (step_ && builder_.step_is_at(*step_, positions)) {
+            return;
         }
         close_step();
         auto const frame = builder_.add_frame(*system_, std::move(positions), table);
@@ -703,14 +671,14 @@ private:
     }
 
     std::string excited_method() const {
-        auto const method = lower(route_.method);
+        auto const method = ascii_lower(route_.method);
         if (starts_with(method, "cis")) {
             return "CIS";
         }
         if (starts_with(method, "eom")) {
             return route_.method;
         }
-        if (contains(lower(route_.text), "tda")) {
+        if (contains(ascii_lower(route_.text), "tda")) {
             return "TDA";
         }
         return "TD";
@@ -1265,8 +1233,6 @@ private:
     }
 
     DocumentBuilder& builder_;
-    model::SourceId source_;
-    LineCursor& lines_;
     JobRange range_;
     std::vector<Diagnostic>& diagnostics_;
 

@@ -4,33 +4,16 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <cctype>
 #include <string_view>
 
 namespace morv::qc::import::gaussian {
 
 namespace {
 
-std::string upper(std::string_view text) {
-    std::string out(text);
-    for (char& c : out) {
-        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    }
-    return out;
-}
-
-std::string lower(std::string_view text) {
-    std::string out(text);
-    for (char& c : out) {
-        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    }
-    return out;
-}
-
 // "opt=(calcfc,tight)" -> "opt"; "td(nstates=5)" -> "td".
 std::string keyword_name(std::string_view token) {
     auto const stop = token.find_first_of("=(");
-    return lower(token.substr(0, stop));
+    return ascii_lower(token.substr(0, stop));
 }
 
 // The method without options in parentheses, which Gaussian writes after
@@ -41,8 +24,8 @@ std::string method_name(std::string_view text) {
     auto const open = text.find('(');
     if (open != std::string_view::npos) {
         auto const options = text.substr(open);
-        if (upper(text.substr(0, open)) == "CIS") {
-            auto const first = upper(trim(options.substr(1, options.find_first_of(",)") - 1)));
+        if (ascii_upper(text.substr(0, open)) == "CIS") {
+            auto const first = ascii_upper(trim(options.substr(1, options.find_first_of(",)") - 1)));
             if (first == "D") {
                 return "CIS(D)";
             }
@@ -51,7 +34,7 @@ std::string method_name(std::string_view text) {
             text = text.substr(0, open);
         }
     }
-    return upper(text);
+    return ascii_upper(text);
 }
 
 bool starts_with_any(std::string const& name, std::initializer_list<char const*> prefixes) {
@@ -145,7 +128,7 @@ Route parse_route(std::string text) {
         }
         if (slash != std::string_view::npos && !assigned && route.method.empty()) {
             route.method = method_name(view.substr(0, slash));
-            route.basis_set = upper(view.substr(slash + 1));
+            route.basis_set = ascii_upper(view.substr(slash + 1));
         }
         auto const name = keyword_name(view);
         if (name == "opt") {
@@ -169,13 +152,13 @@ Route parse_route(std::string text) {
         for (auto const& word : tokens) {
             auto const name = keyword_name(word);
             if (route.method.empty() && is_method(name)) {
-                route.method = upper(name);
+                route.method = ascii_upper(name);
             } else if (route.basis_set.empty() && is_basis_set(name)) {
-                route.basis_set = upper(word);
+                route.basis_set = ascii_upper(word);
             }
         }
     }
-    auto const method = lower(route.method);
+    auto const method = ascii_lower(route.method);
     // CISD and QCISD are ground-state methods; CIS, CIS(D), TD and EOM reach
     // excited states.
     if (method == "cis" || method == "cis(d)" || starts_with(method, "td") || starts_with(method, "eom")) {

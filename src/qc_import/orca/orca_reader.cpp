@@ -3,7 +3,7 @@
 #include "orca/simple_input.hpp"
 
 #include "framework/document_builder.hpp"
-#include "framework/line_cursor.hpp"
+#include "framework/job_lines.hpp"
 #include "framework/sha256.hpp"
 #include "framework/text.hpp"
 #include "framework/units.hpp"
@@ -23,11 +23,6 @@ namespace {
 using model::Diagnostic;
 using model::Severity;
 using model::SourceSpan;
-
-bool is_dashes(std::string_view text) {
-    text = trim(text);
-    return text.size() >= 3 && text.find_first_not_of('-') == std::string_view::npos;
-}
 
 // ORCA writes "Key ... value", "Key : value" and "Key = value"; the first
 // field after the key and its separators is the number.
@@ -232,11 +227,11 @@ std::vector<JobRange> split_jobs(LineCursor const& lines, RunInput const& run) {
 
 std::optional<ExcitationContribution> contribution_of(std::string_view text);
 
-class JobReader {
+class JobReader : JobLines {
 public:
     JobReader(DocumentBuilder& builder, model::SourceId source, LineCursor& lines, JobRange const& range,
               std::vector<Diagnostic>& diagnostics)
-        : builder_(builder), source_(source), lines_(lines), range_(range), input_(range.input),
+        : JobLines(lines, range.end, source), builder_(builder), range_(range), input_(range.input),
           diagnostics_(diagnostics) {}
 
     void read() {
@@ -266,21 +261,6 @@ public:
     }
 
 private:
-    Line const& line() const { return lines_.current(); }
-    bool has_next() const { return lines_.index() + 1 < range_.end; }
-    bool next() {
-        if (!has_next()) {
-            lines_.seek(range_.end);
-            return false;
-        }
-        lines_.advance();
-        return true;
-    }
-    std::string_view peek(std::size_t ahead) const {
-        auto const at = lines_.index() + ahead;
-        return at < range_.end ? trim(lines_.at(at).text) : std::string_view();
-    }
-    SourceSpan span(std::string_view part) const { return span_of_part(source_, line(), part); }
 
     void add_task(TaskKind task) {
         auto& tasks = builder_.job(job_).tasks;
@@ -580,20 +560,13 @@ private:
         auto const table = span_of_lines(source_, first, line());
         if (!system_) {
             system_ = builder_.system_for(numbers, state_, "", table);
-            builder_.job(job_).system_id = *system_;
+            builder_.assign_system(job_, *system_);
             atom_count_ = numbers.size();
-            for (auto const step : builder_.job(job_).step_ids) {
-                builder_.step(step).system_id = *system_;
-            }
         } else if (numbers.size() != atom_count_) {
             return;
         }
-        if (step_) {
-            auto const& current = builder_.step(*step_);
-            if (current.frame_id &&
-                builder_.document().frames.at(current.frame_id->value - 1).positions_angstrom == positions) {
-                return;
-            }
+        if (step_ && builder_.step_is_at(*step_, positions)) {
+            return;
         }
         close_step();
         // The frequencies after an optimisation start from its last geometry.
@@ -1445,8 +1418,6 @@ private:
     }
 
     DocumentBuilder& builder_;
-    model::SourceId source_;
-    LineCursor& lines_;
     JobRange const& range_;
     JobInput const& input_;
     std::vector<Diagnostic>& diagnostics_;
