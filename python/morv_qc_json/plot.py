@@ -132,7 +132,13 @@ def absorption_lines(document: Document) -> list[tuple[float, float]]:
     if not blocks:
         raise ValueError("the document holds no excited-state analysis")
     block = blocks[-1]
-    peaks: list[tuple[float | None, float | None]] = [(peak.excitation_energy, peak.oscillator_strength) for peak in block.absorption_peaks]
+    # A program prints one table per gauge (electric dipole first, then
+    # velocity) and tables of rotatory strengths: the first table with
+    # oscillator strengths is the spectrum, the others would count each state again.
+    kinds = [peak.spectrum_kind for peak in block.absorption_peaks if peak.oscillator_strength]
+    peaks: list[tuple[float | None, float | None]] = [(peak.excitation_energy, peak.oscillator_strength)
+                                                      for peak in block.absorption_peaks
+                                                      if kinds and peak.spectrum_kind == kinds[0]]
     states: list[tuple[float | None, float | None]] = [(state.excitation_energy, state.oscillator_strength) for state in block.states]
     lines = [(energy, strength) for energy, strength in (peaks if any(s for _, s in peaks) else states)
              if energy is not None and energy > 0 and strength is not None]
