@@ -156,7 +156,10 @@ TEST_P(EveryOutput, ImportsCompleteValidAndRoundTrips) {
     EXPECT_EQ(result.status, model::ParseStatus::complete);
     EXPECT_EQ(document.program.kind, program->kind);
     EXPECT_EQ(document.program.termination.kind, TerminationKind::normal);
-    EXPECT_EQ(spanned(text, *document.program.termination.source).rfind(program->normal_termination, 0), 0u);
+    // The termination's span runs from the program's words to the end of their line.
+    auto const& ending = *document.program.termination.source;
+    EXPECT_EQ(spanned(text, ending).rfind(program->normal_termination, 0), 0u);
+    EXPECT_TRUE(ending.end.offset == text.size() || text[ending.end.offset] == '\n') << spanned(text, ending);
     // The output, then the input where the output names one.
     ASSERT_EQ(document.sources.size(), document.program.input_file_name.empty() ? 1u : 2u);
     EXPECT_EQ(document.sources[0].path, file);
