@@ -39,16 +39,14 @@ LIST
 )
 
 status=0
-if ! diff <(echo "$expected_codec") <(exported "$codec"); then
-  echo "unexpected exports of $codec" >&2
-  status=1
-fi
-if ! diff <(echo "$expected_model") <(exported "$model"); then
-  echo "unexpected exports of $model" >&2
-  status=1
-fi
-if ! diff <(echo "$expected_importer") <(exported "$importer"); then
-  echo "unexpected exports of $importer" >&2
-  status=1
-fi
+# Compares the exports of library $1 with the list $2.
+expect_exports() {
+  if ! diff <(echo "$2") <(exported "$1"); then
+    echo "unexpected exports of $1" >&2
+    status=1
+  fi
+}
+expect_exports "$codec" "$expected_codec"
+expect_exports "$model" "$expected_model"
+expect_exports "$importer" "$expected_importer"
 exit $status

@@ -4,43 +4,17 @@ apart that agree are unlikely to share a mistake; where they disagree, the
 output text decides, and each program's test keeps the case in its
 DISAGREEMENTS table with the line that settles it."""
 
-import json
-import os
-import pathlib
-
 import pytest
 
-import morv_qc_json
+from program_outputs import analyses, imported
 
 cclib = pytest.importorskip("cclib", reason="cclib (Debian's python3-cclib) reads the outputs for comparison")
 from cclib.parser.utils import convertor  # noqa: E402
-
-SHARED = os.environ.get("MORV_SHARED_OUTPUTS", "")
-BUNDLED = pathlib.Path(__file__).resolve().parents[1] / "data"
 
 # cclib 1.6 turns hartree into eV and eV into cm-1 with constants older than
 # CODATA 2018, so its values go back through its own constants, not ours.
 HARTREE_EV = convertor(1.0, "hartree", "eV")
 EV_CM1 = convertor(1.0, "eV", "wavenumber")
-
-
-def outputs(bundled, shared_folder):
-    """The bundled outputs of a program, then those of the shared folder when it is there."""
-    found = sorted(p for p in (BUNDLED / bundled).iterdir() if p.suffix in (".log", ".out"))
-    shared = shared_folder_path(shared_folder)
-    if shared is not None and shared.is_dir():
-        found += sorted(p for p in shared.iterdir() if p.suffix in (".log", ".out"))
-    return found
-
-
-def shared_folder_path(folder):
-    return pathlib.Path(SHARED) / folder if SHARED else None
-
-
-def skip_without_shared(folder):
-    shared = shared_folder_path(folder)
-    if shared is None or not shared.is_dir():
-        pytest.skip(f"the shared outputs are not at MORV_SHARED_OUTPUTS={SHARED!r}/{folder}: bundled outputs only")
 
 
 def ours_atoms(doc):
@@ -72,10 +46,6 @@ def ours_scf(doc):
 
 def theirs_scf(data):
     return [value / HARTREE_EV for value in data.scfenergies]
-
-
-def analyses(doc, kind):
-    return [a for a in doc["analyses"] if a["type"] == kind]
 
 
 def ours_modes(doc, field):
@@ -157,18 +127,16 @@ def shape(value):
     return None
 
 
-_cache = {}
+_cclib_cache = {}
 
 
 def read_both(path):
-    if path not in _cache:
-        doc = json.loads(morv_qc_json.dumps(morv_qc_json.import_output(str(path))))
+    if path not in _cclib_cache:
         try:
-            data = cclib.io.ccread(str(path))
+            _cclib_cache[path] = cclib.io.ccread(str(path))
         except Exception:  # cclib gives up on some outputs; those are compared with nothing
-            data = None
-        _cache[path] = (doc, data)
-    return _cache[path]
+            _cclib_cache[path] = None
+    return imported(path)[1], _cclib_cache[path]
 
 
 def compare(path, quantity, quantities, disagreements):

@@ -84,18 +84,13 @@ def test_files_paths_and_their_errors(example_path, tmp_path):
     qc.dump(expected, binary_file, include_diagnostics=False)
     assert binary_file.getvalue() == qc.dumps(expected, include_diagnostics=False).encode()
 
-    with pytest.raises(FileNotFoundError):
-        qc.load(tmp_path / "missing.json")
-    with pytest.raises(IsADirectoryError):
-        qc.load(tmp_path)
-    with pytest.raises(FileNotFoundError):
-        qc.dump(expected, tmp_path / "no" / "out.json")
-    with pytest.raises(TypeError):
-        qc.load(3)
-    with pytest.raises(TypeError):
-        qc.loads(3.5)
-    with pytest.raises(TypeError):
-        qc.dumps({"schema": "morv.qc.document.v2"})
+    for call, error in [(lambda: qc.load(tmp_path / "missing.json"), FileNotFoundError),
+                        (lambda: qc.load(tmp_path), IsADirectoryError),
+                        (lambda: qc.dump(expected, tmp_path / "no" / "out.json"), FileNotFoundError),
+                        (lambda: qc.load(3), TypeError), (lambda: qc.loads(3.5), TypeError),
+                        (lambda: qc.dumps({"schema": "morv.qc.document.v2"}), TypeError)]:
+        with pytest.raises(error):
+            call()
 
 
 def test_threads_decode_and_write_side_by_side(example_path):

@@ -8,47 +8,22 @@ must come back as it stands; and a table of values copied from the outputs
 covers what the C++ tests' bundled outputs do not."""
 
 import json
-import os
 import pathlib
 import re
 
 import pytest
 
 import morv_qc_json
+from program_outputs import SHARED_FOLDERS, analyses, imported, outputs, shared_folder, skip_without_shared
 
-ROOT = pathlib.Path(__file__).resolve().parents[2]
-BUNDLED = ROOT / "tests" / "data" / "orca"
-SCHEMA = ROOT / "schema" / "morv.qc.document.v2.schema.json"
-SHARED = os.environ.get("MORV_SHARED_OUTPUTS", "")
-SHARED_ORCA = pathlib.Path(SHARED) / "ORCA" / "basicORCA6.0" if SHARED else None
-
-
-def outputs():
-    found = sorted(p for p in BUNDLED.iterdir() if p.suffix in (".log", ".out"))
-    if SHARED_ORCA is not None and SHARED_ORCA.is_dir():
-        found += sorted(p for p in SHARED_ORCA.iterdir() if p.suffix in (".log", ".out"))
-    return found
-
-
-_cache = {}
-
-
-def imported(path):
-    if path not in _cache:
-        result = morv_qc_json.import_output(str(path))
-        _cache[path] = (result, json.loads(morv_qc_json.dumps(result)))
-    return _cache[path]
-
-
-def analyses(doc, kind):
-    return [a for a in doc["analyses"] if a["type"] == kind]
+SCHEMA = pathlib.Path(__file__).resolve().parents[2] / "schema" / "morv.qc.document.v2.schema.json"
 
 
 def energies(doc, label):
     return [e["value"]["hartree"] for step in doc["steps"] for e in step.get("energies", []) if e["label"] == label]
 
 
-@pytest.mark.parametrize("path", outputs(), ids=lambda p: p.name)
+@pytest.mark.parametrize("path", outputs("orca"), ids=lambda p: p.name)
 def test_output_imports_complete_and_valid(path):
     jsonschema = pytest.importorskip("jsonschema")
     result, doc = imported(path)
@@ -90,12 +65,11 @@ PRINTED = [
 
 @pytest.mark.parametrize("name, view, printed", PRINTED, ids=[f"{row[0]}-{i}" for i, row in enumerate(PRINTED)])
 def test_values_as_printed(name, view, printed):
-    if SHARED_ORCA is None or not (SHARED_ORCA / name).is_file():
-        pytest.skip(f"the shared ORCA outputs are not at MORV_SHARED_OUTPUTS={SHARED!r}")
-    _, doc = imported(SHARED_ORCA / name)
+    skip_without_shared("orca")
+    _, doc = imported(shared_folder("orca") / name)
     assert view(doc) == pytest.approx(printed) if isinstance(printed, float) else view(doc) == printed
 
 
-def test_shared_outputs_present():
-    if SHARED_ORCA is None or not SHARED_ORCA.is_dir():
-        pytest.skip(f"the shared ORCA outputs are not at MORV_SHARED_OUTPUTS={SHARED!r}: bundled outputs only")
+@pytest.mark.parametrize("program", sorted(SHARED_FOLDERS))
+def test_shared_outputs_present(program):
+    skip_without_shared(program)

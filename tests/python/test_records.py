@@ -62,27 +62,22 @@ def test_a_document_built_in_python_writes_what_it_reads_back():
 
 
 def test_lists_and_sub_records_change_the_document_in_place():
+    # Steps, energies, gradients and payloads are held and changed by the
+    # random sequences of test_lifetimes; here the other kinds of list and
+    # sub-record.
     document = small_document()
-    document.steps.append(qc.CalculationStep(id=2, job_id=1, system_id=1))
-    document.steps[0].energies[0].value = -2.5
-    document.steps[0].gradient = qc.GradientRecord(norm=0.5)
-    document.steps[0].gradient.rms = 0.25
     document.jobs[0].step_ids.append(2)
     document.jobs[0].tasks.append(qc.TaskKind.frequency)
     document.program.termination.kind = qc.TerminationKind.normal
     del document.systems[0].topology.atoms[0]
     document.analyses.append(qc.AnalysisBlock(id=1, job_id=1, payload=qc.DipoleBlock()))
-    document.analyses[0].payload.moments.append(qc.PermanentDipole(method="SCF"))
 
     read = qc.loads(qc.dumps(document)).value
-    assert [s.id for s in read.steps] == [1, 2]
-    assert read.steps[0].energies[0].value == -2.5
-    assert (read.steps[0].gradient.norm, read.steps[0].gradient.rms) == (0.5, 0.25)
     assert read.jobs[0].step_ids == [1, 2]
     assert read.jobs[0].tasks == [qc.TaskKind.optimization, qc.TaskKind.frequency]
     assert read.program.termination.kind == qc.TerminationKind.normal
     assert len(read.systems[0].topology.atoms) == 0
-    assert read.analyses[0].payload.moments[0].method == "SCF"
+    assert isinstance(read.analyses[0].payload, qc.DipoleBlock)
     assert read == document
 
 

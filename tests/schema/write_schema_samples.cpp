@@ -21,6 +21,7 @@
 #include <iterator>
 #include <limits>
 #include <map>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -74,25 +75,13 @@ chem::ChemicalSystem water_system() {
 
 // Job `n` takes the n-th relation, primary task and termination kind.
 CalculationJob job(std::uint32_t n) {
-    CalculationJob job;
-    job.id = JobId(n + 1);
-    job.system_id = chem::SystemId(1);
-    job.ordinal = n == 0 ? max_uint32 : n;
-    if (n != 0) {
-        job.parent_job_id = JobId(n);
-    }
-    job.relation = nth<JobRelation>(n);
+    std::vector<TaskKind> tasks;
     for (std::uint32_t task = 0; task <= past_last<TaskKind>; ++task) {
-        job.tasks.push_back(nth<TaskKind>(task));
+        tasks.push_back(nth<TaskKind>(task));
     }
-    job.primary_task = nth<TaskKind>(n);
-    job.method = "B3LYP";
-    job.basis_set = "def2-SVP";
-    job.keywords = "Opt Freq";
-    job.step_ids = {StepId(1), StepId(max_uint32)};
-    job.termination = termination(n);
-    job.source = span();
-    return job;
+    return {JobId(n + 1), chem::SystemId(1), n == 0 ? max_uint32 : n,
+            n == 0 ? std::nullopt : std::optional<JobId>(JobId(n)), nth<JobRelation>(n), tasks, nth<TaskKind>(n),
+            "B3LYP", "def2-SVP", "Opt Freq", {StepId(1), StepId(max_uint32)}, termination(n), span()};
 }
 
 EnergyRecord energy(std::uint32_t kind) {
@@ -101,25 +90,16 @@ EnergyRecord energy(std::uint32_t kind) {
 
 // Step `n` takes the n-th convergence status.
 CalculationStep step(std::uint32_t n) {
-    CalculationStep step;
-    step.id = StepId(n + 1);
-    step.job_id = JobId(1);
-    step.system_id = chem::SystemId(1);
-    step.ordinal = n;
-    step.native_cycle = -1;
-    step.frame_id = chem::FrameId(1);
+    std::vector<EnergyRecord> energies;
     for (std::uint32_t kind = 0; kind <= past_last<EnergyKind>; ++kind) {
-        step.energies.push_back(energy(kind));
+        energies.push_back(energy(kind));
     }
-    step.primary_energy_id = EnergyId(1);
-    step.gradient = GradientRecord{{awkward_vector(0), awkward_vector(3)}, 0.1, nan, -inf, span()};
     ConvergenceRecord convergence{{}, nth<ConvergenceStatus>(n), span()};
     for (std::uint32_t kind = 0; kind <= past_last<CriterionKind>; ++kind) {
         convergence.criteria.push_back({nth<CriterionKind>(kind), awkward(kind), 3e-4, kind % 2 == 0, "Eh"});
     }
-    step.convergence = convergence;
-    step.source = span();
-    return step;
+    return {StepId(n + 1), JobId(1), chem::SystemId(1), n, -1, chem::FrameId(1), energies, EnergyId(1),
+            GradientRecord{{awkward_vector(0), awkward_vector(3)}, 0.1, nan, -inf, span()}, convergence, span()};
 }
 
 VibrationalBlock vibrations() {
@@ -135,26 +115,8 @@ ExcitedStateBlock excited_states() {
     ExcitationContribution const contribution{"HOMO->LUMO", 4, 5, "occ", "virt", 'a', '\xff', 0.7, 0.49, true};
     AbsorptionPeak const peak{"electric dipole", "0-1A -> 1-1A", 1, 0.2, 4.1e4, 243.0, 0.1, "fosc", 0.1,
                               chem::Vec3{0.1, 0.2, 0.3}, -1.5, span()};
-    ExcitedState state;
-    state.index = 1;
-    state.root_label = "1";
-    state.method = "TDDFT";
-    state.section = "singlets";
-    state.multiplicity_label = "Singlet";
-    state.symmetry = "A1";
-    state.multiplicity = 1;
-    state.total_energy = -76.2;
-    state.excitation_energy = 0.25;
-    state.reported_millihartree = 250.0;
-    state.reported_wavenumber_cm1 = 54868.7;
-    state.reported_wavelength_nm = 182.2;
-    state.oscillator_strength = 0.05;
-    state.spin_squared = 0.0;
-    state.spin_contamination = 0.0;
-    state.ground_state_amplitude = 0.98;
-    state.singles_character_percent = 99.0;
-    state.contributions = {contribution};
-    state.source = span();
+    ExcitedState const state{1, "1", "TDDFT", "singlets", "Singlet", "A1", 1, -76.2, 0.25, 250.0, 54868.7, 182.2,
+                             0.05, 0.0, 0.0, 0.98, 99.0, {contribution}, span()};
     return {0, "TDDFT", "singlets", "comment", {state, ExcitedState{}}, {energy(4)}, EnergyId(5), {peak}};
 }
 
