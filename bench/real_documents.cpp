@@ -25,9 +25,10 @@ bool is_number_byte(char c) {
     return (c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.' || c == 'e' || c == 'E';
 }
 
-// The shortest text of the double that `token` spells; a whole number keeps a
-// fraction, so that it still reads as a double.
-void append_shortest(std::string& out, std::string_view token) {
+// The text of the double that `token` spells, rounded to `significant` digits
+// or the shortest; a whole number keeps a fraction, so that it still reads as
+// a double.
+void append_printed(std::string& out, std::string_view token, int significant) {
     if (token.find_first_of(".eE") == std::string_view::npos) {
         out += token;
         return;
@@ -35,10 +36,12 @@ void append_shortest(std::string& out, std::string_view token) {
     double value = 0.0;
     std::from_chars(token.data(), token.data() + token.size(), value);
     char buffer[32];
-    auto const printed = std::to_chars(buffer, buffer + sizeof buffer, value);
-    std::string_view shortest(buffer, static_cast<std::size_t>(printed.ptr - buffer));
-    out += shortest;
-    if (shortest.find_first_of(".e") == std::string_view::npos) {
+    char* const end = buffer + sizeof buffer;
+    auto const printed = significant > 0 ? std::to_chars(buffer, end, value, std::chars_format::general, significant)
+                                         : std::to_chars(buffer, end, value);
+    std::string_view const text(buffer, static_cast<std::size_t>(printed.ptr - buffer));
+    out += text;
+    if (text.find_first_of(".e") == std::string_view::npos) {
         out += ".0";
     }
 }
@@ -47,7 +50,7 @@ std::string compact_text(model::ParseResult<qc::Document> const& result) {
     if (result.status != model::ParseStatus::complete) {
         throw std::runtime_error("the importer did not read the output complete");
     }
-    return shortest_numbers(qc::json::serialize(result));
+    return printed_numbers(qc::json::serialize(result), 0);
 }
 
 }  // namespace
@@ -71,7 +74,7 @@ std::string grown_output(std::string_view output, std::string_view mark, std::si
     return text;
 }
 
-std::string shortest_numbers(std::string_view json) {
+std::string printed_numbers(std::string_view json, int significant) {
     std::string out;
     out.reserve(json.size());
     std::size_t i = 0;
@@ -89,7 +92,7 @@ std::string shortest_numbers(std::string_view json) {
             while (end < json.size() && is_number_byte(json[end])) {
                 ++end;
             }
-            append_shortest(out, json.substr(i, end - i));
+            append_printed(out, json.substr(i, end - i), significant);
             i = end;
         } else {
             out += c;

@@ -16,9 +16,10 @@ namespace morv::bench {
 std::string grown_output(std::string_view output, std::string_view mark, std::size_t steps, std::size_t times);
 
 // The compact JSON text `json` with every number that has a fraction or an
-// exponent printed in its shortest form that reads back to the same double,
-// as a program's output printed it (`-0.0113` rather than 17 digits).
-std::string shortest_numbers(std::string_view json);
+// exponent printed as a program's output prints it rather than with 17
+// digits: rounded to `significant` digits, or with 0 in the shortest form
+// that reads back to the same double (`-0.0113`).
+std::string printed_numbers(std::string_view json, int significant);
 
 // A document as the importer makes it from an output, grown until its text
 // is close to `target_bytes` (0: the output as it is).
