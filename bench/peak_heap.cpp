@@ -1,11 +1,15 @@
-// How much heap a decode of the 40 MB generated text needs at its peak, above
-// the text itself, beside YAML::Load alone and nlohmann::json::parse of the
-// same text. Counts what goes through operator new, which is all that the
-// codec, yaml-cpp and nlohmann/json allocate.
+// How much heap a decode of a 40 MB text needs at its peak, above the text
+// itself, beside YAML::Load alone and nlohmann::json::parse of the same text,
+// and how much a compact write of the decoded document needs, its output
+// included. Two texts: the generated one, and an imported Gaussian
+// optimisation grown to the same size, with short numbers. Counts what goes
+// through operator new, which is all that the codec, yaml-cpp and
+// nlohmann/json allocate.
 //
 //   make bench   (or build-bench/bench/peak_heap)
 
 #include "document_generator.hpp"
+#include "real_documents.hpp"
 
 #include <morv/qc/json/codec.hpp>
 
@@ -103,36 +107,49 @@ constexpr std::uint64_t seed = 2026;
 constexpr std::size_t text_bytes = 40'000'000;
 
 // Runs `work` with the peak reset to what is live before it, and prints how
-// far above that the heap went, in bytes and in multiples of the text.
+// far above that the heap went, in bytes and in multiples of `measure`.
 template <typename Work>
-void report(char const* name, std::string const& text, Work work) {
+void report(char const* name, std::size_t measure, Work work) {
     std::size_t const before = live_bytes;
     peak_bytes = live_bytes;
     work();
     std::size_t const above = peak_bytes - before;
     std::printf("%-24s %14zu bytes %8.2f x text\n", name, above,
-                static_cast<double>(above) / static_cast<double>(text.size()));
+                static_cast<double>(above) / static_cast<double>(measure));
+}
+
+// The decode and the references on `text`, then the compact write of what it
+// decoded to, measured against the text that the write gives (output
+// included). False when the text does not decode complete.
+bool report_text(char const* shape, std::string const& text) {
+    std::printf("%s: peak heap above the text of %zu bytes, through operator new:\n", shape, text.size());
+    auto result = morv::qc::json::deserialize(text);
+    result = {};
+    std::size_t document_bytes = 0;
+    report("deserialize", text.size(), [&] {
+        std::size_t const before = live_bytes;
+        result = morv::qc::json::deserialize(text);
+        document_bytes = live_bytes - before;
+    });
+    report("YAML::Load", text.size(), [&] { YAML::Node const root = YAML::Load(text); });
+    report("nlohmann::json::parse", text.size(), [&] { nlohmann::json const root = nlohmann::json::parse(text); });
+    std::size_t const written = morv::qc::json::serialize(result).size();
+    report("serialize (÷ its output)", written, [&] { std::string const out = morv::qc::json::serialize(result); });
+    std::printf("The decoded document itself holds %zu bytes, %.2f x text.\n\n", document_bytes,
+                static_cast<double>(document_bytes) / static_cast<double>(text.size()));
+    return result.status == morv::model::ParseStatus::complete;
 }
 
 }  // namespace
 
 int main() {
-    std::string const text = morv::qc::json::serialize(morv::bench::generate_result(seed, text_bytes));
-    std::printf("Peak heap above the text of %zu bytes, through operator new:\n", text.size());
-    bool complete = false;
-    std::size_t document_bytes = 0;
-    report("deserialize", text, [&] {
-        std::size_t const before = live_bytes;
-        auto const result = morv::qc::json::deserialize(text);
-        document_bytes = live_bytes - before;
-        complete = result.status == morv::model::ParseStatus::complete;
-    });
-    report("YAML::Load", text, [&] { YAML::Node const root = YAML::Load(text); });
-    report("nlohmann::json::parse", text, [&] { nlohmann::json const root = nlohmann::json::parse(text); });
-    std::printf("The decoded document itself holds %zu bytes, %.2f x text.\n", document_bytes,
-                static_cast<double>(document_bytes) / static_cast<double>(text.size()));
-    if (!complete) {
-        std::fputs("error: the generated text did not decode complete\n", stderr);
+    bool const generated =
+        report_text("Generated", morv::qc::json::serialize(morv::bench::generate_result(seed, text_bytes)));
+    bool const imported = report_text(
+        "Imported Gaussian optimisation",
+        morv::bench::imported_text(MORV_SOURCE_DIR, morv::bench::gaussian_optimisation, text_bytes));
+    if (!generated || !imported) {
+        std::fputs("error: a text did not decode complete\n", stderr);
         return 1;
     }
     return 0;

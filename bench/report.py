@@ -11,8 +11,6 @@ as a ratio to the references of the same run.
 import json
 import sys
 
-SIZES = [("100KB", "100 KB"), ("4MB", "4 MB"), ("40MB", "40 MB")]
-
 CODEC = [
     ("deserialize", "`deserialize`",
      ["deserialize_through_yaml", "yaml_load", "nlohmann_parse", "rapidjson_parse", "simdjson_parse"]),
@@ -32,14 +30,18 @@ REFERENCES = {
 
 
 def medians(path):
+    """The median rate of each (benchmark, text), and the texts in the order of the run."""
     with open(path) as file:
         runs = json.load(file)["benchmarks"]
     rates = {}
+    texts = []
     for run in runs:
         if run.get("aggregate_name") == "median":
-            name, size = run["run_name"].split("/")[:2]
-            rates[(name, size)] = run["bytes_per_second"] / 1e6
-    return rates
+            name, text = run["run_name"].split("/")[:2]
+            rates[(name, text)] = run["bytes_per_second"] / 1e6
+            if text not in texts:
+                texts.append(text)
+    return rates, texts
 
 
 def rate(value):
@@ -51,16 +53,25 @@ def ratio(value):
 
 
 def main(path):
-    rates = medians(path)
-    print("| | " + " | ".join(label for _, label in SIZES) + " |")
-    print("|---|" + "---:|" * len(SIZES))
+    rates, texts = medians(path)
+
+    def cells(numerator, denominator=None):
+        for text in texts:
+            if (numerator, text) not in rates or (denominator and (denominator, text) not in rates):
+                yield "–"
+            elif denominator:
+                yield ratio(rates[(numerator, text)] / rates[(denominator, text)])
+            else:
+                yield rate(rates[(numerator, text)])
+
+    print("| | " + " | ".join(f"`{text}`" for text in texts) + " |")
+    print("|---|" + "---:|" * len(texts))
     for name, label, references in CODEC:
-        print(f"| {label}, MB/s | " + " | ".join(rate(rates[(name, size)]) for size, _ in SIZES) + " |")
+        print(f"| {label}, MB/s | " + " | ".join(cells(name)) + " |")
         for reference in references:
-            cells = (ratio(rates[(name, size)] / rates[(reference, size)]) for size, _ in SIZES)
-            print(f"| &emsp;÷ {REFERENCES[reference]} | " + " | ".join(cells) + " |")
+            print(f"| &emsp;÷ {REFERENCES[reference]} | " + " | ".join(cells(name, reference)) + " |")
     for reference, label in REFERENCES.items():
-        print(f"| {label}, MB/s | " + " | ".join(rate(rates[(reference, size)]) for size, _ in SIZES) + " |")
+        print(f"| {label}, MB/s | " + " | ".join(cells(reference)) + " |")
 
 
 if __name__ == "__main__":

@@ -1,5 +1,6 @@
 #include "core/json_tree.hpp"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <limits>
@@ -45,11 +46,27 @@ void append_utf8(std::string& out, unsigned code_point) {
 
 }  // namespace
 
+// Each value but the outermost has a first byte and, just past its end, a
+// separator or its container's closing bracket, and no two share either: a
+// text of n bytes holds at most (n + 1) / 2 values. A first chunk of that
+// size never fills, so a small text does not pay for a whole chunk, and the
+// chunks that follow a whole first chunk keep the index arithmetic.
+void JsonTree::reserve_for(std::size_t text_bytes) {
+    capacity_ = static_cast<std::uint32_t>(std::min<std::size_t>(chunk_size, text_bytes / 2 + 1));
+    chunks_.emplace_back(new TreeValue[capacity_]);
+}
+
+void JsonTree::grow() {
+    chunks_.emplace_back(new TreeValue[chunk_size]);
+    capacity_ += chunk_size;
+}
+
 class StrictJsonLoader {
 public:
     explicit StrictJsonLoader(std::string_view text)
         : begin_(text.data()), p_(text.data()), end_(text.data() + text.size()) {
         tree_.source_ = text;
+        tree_.reserve_for(text.size());
     }
 
     std::optional<JsonTree> load() {

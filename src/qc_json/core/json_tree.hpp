@@ -23,16 +23,18 @@ namespace morv::qc::json {
 // `number` is a number as strict JSON spells it, `plain` is true or false.
 enum class TreeKind : std::uint8_t { null, plain, number, quoted, sequence, map };
 
+// Without default values, so that a chunk is not filled before the loader
+// writes each value it holds.
 struct TreeValue {
     // Where the text of a scalar starts, in the source or in the buffer of
     // decoded strings.
-    std::uint32_t offset = 0;
+    std::uint32_t offset;
     // Bytes of a scalar's text, elements of a sequence, pairs of a map.
-    std::uint32_t size = 0;
+    std::uint32_t size;
     // The index just past this value and everything it holds.
-    std::uint32_t next = 0;
-    TreeKind kind = TreeKind::null;
-    bool decoded = false;
+    std::uint32_t next;
+    TreeKind kind;
+    bool decoded;
 };
 
 class JsonTree {
@@ -52,18 +54,23 @@ private:
     // 64 K values, 1 MiB.
     static constexpr std::uint32_t chunk_size = 1U << 16;
 
+    void reserve_for(std::size_t text_bytes);
+
     std::uint32_t push_back(TreeValue const& value) {
-        if (size_ % chunk_size == 0) {
-            chunks_.push_back(std::make_unique<TreeValue[]>(chunk_size));
+        if (size_ == capacity_) {
+            grow();
         }
         (*this)[size_] = value;
         return size_++;
     }
 
+    void grow();
+
     std::string_view source_;
     std::string decoded_;
     std::vector<std::unique_ptr<TreeValue[]>> chunks_;
     std::uint32_t size_ = 0;
+    std::uint32_t capacity_ = 0;
 };
 
 // The tree of `text`, its root at index 0; nothing when the text is not
