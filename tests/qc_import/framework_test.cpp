@@ -21,6 +21,10 @@ TEST(LineCursor, PositionsOfLines) {
               std::make_tuple("ab", "", 5u, 3u));
     auto const span = span_of_part(model::SourceId(4), lines.at(2), lines.at(2).text.substr(4, 1));
     EXPECT_EQ(span, (model::SourceSpan{model::SourceId(4), {9, 3, 5}, {10, 3, 6}}));
+    // A reader that ran out of lines stands on the last one.
+    lines.seek(lines.size());
+    EXPECT_EQ(lines.current().number, 3u);
+    EXPECT_EQ(LineCursor("").current().text, "");
 }
 
 TEST(Text, NumbersAsProgramsPrintThem) {

@@ -24,8 +24,12 @@ public:
     explicit LineCursor(std::string_view text);
 
     bool at_end() const { return index_ >= lines_.size(); }
-    // Only while not at_end().
-    Line const& current() const { return lines_[index_]; }
+    // Past the end, the last line (a line with no text in an empty text):
+    // a reader that ran out of lines inside a table ends its span there.
+    Line const& current() const {
+        static Line const none;
+        return lines_.empty() ? none : lines_[index_ < lines_.size() ? index_ : lines_.size() - 1];
+    }
     void advance() { ++index_; }
     std::size_t index() const { return index_; }
     void seek(std::size_t index) { index_ = index; }
