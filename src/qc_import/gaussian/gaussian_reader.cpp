@@ -137,7 +137,7 @@ private:
             case 'W': read_w_line(text); break;
             case 'n': read_nuclear_repulsion_line(text); break;
             default:
-                if (text.front() >= '0' && text.front() <= '9') {
+                if (!text.empty() && text.front() >= '0' && text.front() <= '9') {
                     read_basis_size_line(text);
                 }
                 break;
