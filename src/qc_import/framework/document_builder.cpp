@@ -198,4 +198,27 @@ bool DocumentBuilder::step_is_at(StepId id, std::vector<chem::Vec3> const& posit
     return frame_id && document_.frames.at(frame_id->value - 1).positions_angstrom == positions_angstrom;
 }
 
+void DocumentBuilder::finish_import(model::ParseResult<Document>& result, LineCursor const& lines,
+                                    model::SourceId output, std::string const& truncated_code,
+                                    std::string_view program_name) {
+    result.status = model::ParseStatus::complete;
+    for (auto& job : document_.jobs) {
+        if (job.termination.kind == TerminationKind::unknown) {
+            job.termination.kind = TerminationKind::truncated;
+            result.status = model::ParseStatus::partial;
+        }
+    }
+    if (result.status == model::ParseStatus::partial && lines.size() > 0) {
+        auto const& end = lines.at(lines.size() - 1);
+        result.diagnostics.push_back({model::Severity::warning, truncated_code,
+                                      "the output stops at line " + std::to_string(end.number) + " before " +
+                                          std::string(program_name) + "'s termination line",
+                                      span_of_line(output, end)});
+    }
+    if (!document_.jobs.empty()) {
+        document_.program.termination = document_.jobs.back().termination;
+    }
+    result.value = take();
+}
+
 }  // namespace morv::qc::import

@@ -2,6 +2,9 @@
 // Puts records into a document and gives each its identifier, so that the
 // readers never count ids themselves and every reference they make names a
 // record that exists.
+#include "framework/line_cursor.hpp"
+
+#include <morv/model/parse_result.hpp>
 #include <morv/qc/document.hpp>
 
 #include <optional>
@@ -63,6 +66,13 @@ public:
 
     AnalysisId add_analysis(JobId job, std::optional<StepId> step, AnalysisPayload payload,
                             std::optional<model::SourceSpan> source);
+
+    // Ends an import. A job that never reached its termination line was cut:
+    // the import is partial, with the warning `truncated_code` at the
+    // output's last line. The program ends as its last job did, and the
+    // document goes into `result`.
+    void finish_import(model::ParseResult<Document>& result, LineCursor const& lines, model::SourceId output,
+                       std::string const& truncated_code, std::string_view program_name);
 
     Document& document() { return document_; }
     Document take() { return std::move(document_); }

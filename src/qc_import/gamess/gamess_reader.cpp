@@ -1320,25 +1320,10 @@ model::ParseResult<Document> read(std::string_view text, std::string_view file_n
     DocumentBuilder builder;
     auto const source = builder.add_output(file_name, text, ProgramKind::gamess, "GAMESS");
     LineCursor lines(text);
-    auto& program = builder.document().program;
 
     Reader(builder, source, lines, result.diagnostics).read();
 
-    result.status = model::ParseStatus::complete;
-    auto& job = builder.document().jobs.back();
-    if (job.termination.kind == TerminationKind::unknown) {
-        job.termination.kind = TerminationKind::truncated;
-        result.status = model::ParseStatus::partial;
-        if (lines.size() > 0) {
-            auto const& end = lines.at(lines.size() - 1);
-            result.diagnostics.push_back({Severity::warning, "gamess.truncated",
-                                          "the output stops at line " + std::to_string(end.number) +
-                                              " before GAMESS's termination line",
-                                          span_of_line(source, end)});
-        }
-    }
-    program.termination = job.termination;
-    result.value = builder.take();
+    builder.finish_import(result, lines, source, "gamess.truncated", "GAMESS");
     return result;
 }
 

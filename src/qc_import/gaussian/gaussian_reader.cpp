@@ -1301,24 +1301,7 @@ model::ParseResult<Document> read(std::string_view text, std::string_view file_n
         JobReader(builder, source, lines, range, result.diagnostics).read();
     }
 
-    result.status = model::ParseStatus::complete;
-    for (auto& job : builder.document().jobs) {
-        if (job.termination.kind == TerminationKind::unknown) {
-            job.termination.kind = TerminationKind::truncated;
-            result.status = model::ParseStatus::partial;
-        }
-    }
-    if (result.status == model::ParseStatus::partial && lines.size() > 0) {
-        auto const& end = lines.at(lines.size() - 1);
-        result.diagnostics.push_back(
-            {Severity::warning, "gaussian.truncated",
-             "the output stops at line " + std::to_string(end.number) + " before Gaussian's termination line",
-             span_of_line(source, end)});
-    }
-    if (!builder.document().jobs.empty()) {
-        program.termination = builder.document().jobs.back().termination;
-    }
-    result.value = builder.take();
+    builder.finish_import(result, lines, source, "gaussian.truncated", "Gaussian");
     return result;
 }
 

@@ -4,7 +4,6 @@
 
 #include "framework/document_builder.hpp"
 #include "framework/job_lines.hpp"
-#include "framework/sha256.hpp"
 #include "framework/text.hpp"
 #include "framework/units.hpp"
 
@@ -1500,14 +1499,9 @@ bool recognises(std::string_view text) {
 model::ParseResult<Document> read(std::string_view text, std::string_view file_name) {
     model::ParseResult<Document> result;
     DocumentBuilder builder;
-    auto const source = builder.source_for(std::string(file_name), text.size());
-    builder.document().sources.back().sha256 = sha256_hex(text);
+    auto const source = builder.add_output(file_name, text, ProgramKind::orca, "ORCA");
     LineCursor lines(text);
-
     auto& program = builder.document().program;
-    program.kind = ProgramKind::orca;
-    program.name = "ORCA";
-    builder.document().normalization.profile = ResultProfile::standard;
 
     auto const input = read_input_echo(lines);
     if (!input.file_name.empty()) {
@@ -1529,24 +1523,7 @@ model::ParseResult<Document> read(std::string_view text, std::string_view file_n
             jobs[j].termination.source = span_of_line(source, lines.at(ranges[j + 1].begin));
         }
     }
-    result.status = model::ParseStatus::complete;
-    for (auto& job : jobs) {
-        if (job.termination.kind == TerminationKind::unknown) {
-            job.termination.kind = TerminationKind::truncated;
-            result.status = model::ParseStatus::partial;
-        }
-    }
-    if (result.status == model::ParseStatus::partial && lines.size() > 0) {
-        auto const& end = lines.at(lines.size() - 1);
-        result.diagnostics.push_back(
-            {Severity::warning, "orca.truncated",
-             "the output stops at line " + std::to_string(end.number) + " before ORCA's termination line",
-             span_of_line(source, end)});
-    }
-    if (!jobs.empty()) {
-        program.termination = jobs.back().termination;
-    }
-    result.value = builder.take();
+    builder.finish_import(result, lines, source, "orca.truncated", "ORCA");
     return result;
 }
 
