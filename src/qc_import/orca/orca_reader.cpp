@@ -586,14 +586,7 @@ private:
         return *step_;
     }
 
-    void extend_step(SourceSpan const& record) {
-        auto& step = builder_.step(current_step());
-        if (!step.source) {
-            step.source = record;
-        } else if (step.source->end.offset < record.end.offset) {
-            step.source->end = record.end;
-        }
-    }
+    void extend_step(SourceSpan const& record) { builder_.extend_step(current_step(), record); }
 
     void energy(std::string_view text, std::string_view key, EnergyKind kind, std::string label,
                 std::string method) {
