@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "framework/sha256.hpp"
 #include "output_test_support.hpp"
 
 #include <algorithm>
@@ -164,6 +165,7 @@ TEST_P(EveryOutput, ImportsCompleteValidAndRoundTrips) {
     ASSERT_EQ(document.sources.size(), document.program.input_file_name.empty() ? 1u : 2u);
     EXPECT_EQ(document.sources[0].path, file);
     EXPECT_EQ(document.sources[0].size_bytes, text.size());
+    EXPECT_EQ(document.sources[0].sha256, import::sha256_hex(text));
     EXPECT_EQ(std::filesystem::path(document.sources.back().path).filename(),
               document.program.input_file_name.empty() ? file : document.program.input_file_name);
     // Every energy's span covers the number it was read from, in the

@@ -3,6 +3,7 @@
 #include "framework/sha256.hpp"
 
 #include <array>
+#include <system_error>
 #include <utility>
 
 namespace morv::qc::import {
@@ -21,6 +22,24 @@ std::string_view element_symbol(int atomic_number) {
     }
     return symbols[static_cast<std::size_t>(atomic_number)];
 }
+
+namespace {
+
+// Below this size a thread costs about what it saves.
+constexpr std::size_t size_hashed_aside = std::size_t{64} << 10;
+
+std::future<std::string> start_digest(std::string_view text) {
+    if (text.size() >= size_hashed_aside) {
+        try {
+            return std::async(std::launch::async, [text] { return sha256_hex(text); });
+        } catch (std::system_error const&) {
+            // No thread to be had: the digest is taken when it is asked for.
+        }
+    }
+    return std::async(std::launch::deferred, [text] { return sha256_hex(text); });
+}
+
+}  // namespace
 
 model::SourceId DocumentBuilder::source_for(std::string path, std::optional<std::uint64_t> size_bytes) {
     for (auto const& known : document_.sources) {
@@ -75,7 +94,7 @@ chem::SystemId DocumentBuilder::system_for(std::vector<int> const& atomic_number
 model::SourceId DocumentBuilder::add_output(std::string_view file_name, std::string_view text, ProgramKind kind,
                                             std::string name) {
     auto const source = source_for(std::string(file_name), text.size());
-    document_.sources.back().sha256 = sha256_hex(text);
+    output_digest_ = start_digest(text);
     document_.program.kind = kind;
     document_.program.name = std::move(name);
     document_.normalization.profile = ResultProfile::standard;
@@ -217,6 +236,9 @@ void DocumentBuilder::finish_import(model::ParseResult<Document>& result, LineCu
     }
     if (!document_.jobs.empty()) {
         document_.program.termination = document_.jobs.back().termination;
+    }
+    if (output_digest_.valid()) {
+        document_.sources[output.value - 1].sha256 = output_digest_.get();
     }
     result.value = take();
 }

@@ -7,6 +7,7 @@
 #include <morv/model/parse_result.hpp>
 #include <morv/qc/document.hpp>
 
+#include <future>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,8 +22,9 @@ class DocumentBuilder {
 public:
     // The source of this path if there is one already, else a new one.
     model::SourceId source_for(std::string path, std::optional<std::uint64_t> size_bytes);
-    // The output being read, with its size and SHA-256 digest, and the
-    // program that wrote it.
+    // The output being read, with its size, and the program that wrote it.
+    // Its SHA-256 digest joins the document in finish_import: `text` must
+    // stay alive until then.
     model::SourceId add_output(std::string_view file_name, std::string_view text, ProgramKind kind,
                                std::string name);
 
@@ -79,6 +81,9 @@ public:
 
 private:
     Document document_;
+    // The digest of the output. Hashing costs a fifth of an import, so a
+    // large output is hashed on a second thread while the reader reads it.
+    std::future<std::string> output_digest_;
     std::uint32_t energy_count_ = 0;
 };
 

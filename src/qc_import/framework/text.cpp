@@ -1,20 +1,15 @@
 #include "framework/text.hpp"
 
+#include <array>
 #include <cctype>
+#include <cstdint>
 #include <charconv>
 #include <cmath>
 #include <system_error>
 
 namespace morv::qc::import {
 
-std::vector<std::string_view> fields(std::string_view text) {
-    std::vector<std::string_view> out;
-    fields(text, out);
-    return out;
-}
-
-void fields(std::string_view text, std::vector<std::string_view>& out) {
-    out.clear();
+Fields::Fields(std::string_view text) {
     std::size_t i = 0;
     while (i < text.size()) {
         while (i < text.size() && is_blank(text[i])) {
@@ -25,10 +20,54 @@ void fields(std::string_view text, std::vector<std::string_view>& out) {
             ++i;
         }
         if (i > start) {
-            out.push_back(text.substr(start, i - start));
+            push_back(text.substr(start, i - start));
         }
     }
 }
+
+void Fields::spill(std::string_view field) {
+    if (spilled_.empty()) {
+        spilled_.assign(in_place_.begin(), in_place_.end());
+    }
+    spilled_.push_back(field);
+    ++count_;
+}
+
+namespace {
+
+constexpr std::array<double, 16> powers_of_ten = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                  1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
+// Most numbers in an output are short decimals such as -0.123456. With at
+// most 15 digits, the digits as an integer and the power of ten are both
+// exact doubles, so their quotient is the correctly rounded value, the same
+// that from_chars gives. Any other form is left to from_chars.
+std::optional<double> short_decimal(std::string_view field) {
+    bool const negative = !field.empty() && field.front() == '-';
+    std::size_t i = negative ? 1 : 0;
+    std::uint64_t digits = 0;
+    std::size_t count = 0;
+    std::size_t point = field.size();
+    for (; i < field.size(); ++i) {
+        char const c = field[i];
+        if (c >= '0' && c <= '9') {
+            digits = digits * 10 + static_cast<std::uint64_t>(c - '0');
+            ++count;
+        } else if (c == '.' && point == field.size()) {
+            point = i;
+        } else {
+            return std::nullopt;
+        }
+    }
+    std::size_t const decimals = point == field.size() ? 0 : field.size() - point - 1;
+    if (count == 0 || count > 15 || (decimals == 0 && point != field.size()) || count == decimals) {
+        return std::nullopt;
+    }
+    double const value = static_cast<double>(digits) / powers_of_ten[decimals];
+    return negative ? -value : value;
+}
+
+}  // namespace
 
 std::optional<double> to_double(std::string_view field) {
     // Only what a program prints as a number. from_chars takes no blanks,
@@ -39,6 +78,9 @@ std::optional<double> to_double(std::string_view field) {
         if (!field.empty() && (field.front() == '+' || field.front() == '-')) {
             return std::nullopt;
         }
+    }
+    if (auto const value = short_decimal(field)) {
+        return value;
     }
     // Fortran's D exponent, as in -0.75D+02.
     char copy[64];

@@ -26,7 +26,7 @@ using model::SourceSpan;
 
 bool is_termination(std::string_view trimmed) { return starts_with(trimmed, "EXECUTION OF GAMESS TERMINATED"); }
 
-bool all_integers(std::vector<std::string_view> const& values) {
+bool all_integers(Fields const& values) {
     return !values.empty() &&
            std::all_of(values.begin(), values.end(), [](std::string_view v) { return to_integer(v).has_value(); });
 }
@@ -632,7 +632,7 @@ private:
     std::vector<VibrationalMode> read_mode_group(std::string_view text, std::size_t atoms) {
         std::vector<VibrationalMode> group;
         auto const numbers = lines_.index() > 0 ? fields(lines_.at(lines_.index() - 1).text)
-                                                : std::vector<std::string_view>{};
+                                                : Fields{};
         auto const values = fields(text.substr(10));
         for (std::size_t k = 0; k < values.size(); ++k) {
             auto const value = to_double(values[k]);
@@ -688,13 +688,13 @@ private:
                 if (!next()) {
                     return {};
                 }
-                fields(line().text, row_);
-                if (row_.size() < group.size() + 1) {
+                auto const row = fields(line().text);
+                if (row.size() < group.size() + 1) {
                     return {};
                 }
-                std::size_t const first_value = row_.size() - group.size();
+                std::size_t const first_value = row.size() - group.size();
                 for (std::size_t k = 0; k < group.size(); ++k) {
-                    group[k].displacements[atom].*axis = to_double(row_[first_value + k]).value_or(0.0);
+                    group[k].displacements[atom].*axis = to_double(row[first_value + k]).value_or(0.0);
                 }
             }
         }
@@ -1302,8 +1302,6 @@ private:
     int excited_multiplicity_ = 0;
     std::optional<int> root_;
     ScalarPropertyBlock scalars_;
-    // The fields of a row of a long table, kept to reuse their memory.
-    std::vector<std::string_view> row_;
 };
 
 }  // namespace
