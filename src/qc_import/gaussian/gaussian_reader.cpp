@@ -33,20 +33,33 @@ bool starts_with_one_of(std::string_view trimmed, std::string_view letters) {
     return !trimmed.empty() && letters.find(trimmed.front()) != std::string_view::npos;
 }
 
-// Lines [begin, end) of one job: Gaussian writes one banner and one
+// Lines [begin, end) of one job, and what one walk over the whole output
+// learns of it before it is read: Gaussian writes one banner and one
 // termination line per job, and the jobs of a Link1 run follow each other in
 // one file.
 struct JobRange {
     std::size_t begin = 0;
     std::size_t end = 0;
+    bool standard_orientation = false;
+    bool terminated = false;
+    // The lines that start a warning, which a job's reader reads last.
+    std::vector<std::size_t> warnings;
 };
 
-std::vector<JobRange> split_jobs(LineCursor const& lines) {
+bool is_warning(std::string_view trimmed) {
+    return starts_with(trimmed, "Warning") || starts_with(trimmed, "WARNING") || starts_with(trimmed, "*** WARNING");
+}
+
+// Each line is looked at once here, as few of them start with a letter that
+// any of these lines starts with.
+std::vector<JobRange> survey_jobs(LineCursor const& lines) {
     std::vector<JobRange> jobs;
+    // What comes before the first banner counts only if no banner comes.
+    JobRange before_banner;
     bool terminated = true;
     for (std::size_t i = 0; i < lines.size(); ++i) {
         auto const text = trim(lines.at(i).text);
-        if (!starts_with_one_of(text, "EN")) {
+        if (!starts_with_one_of(text, "ENSW*")) {
             continue;
         }
         bool const banner = starts_with(text, "Entering Gaussian System");
@@ -55,14 +68,22 @@ std::vector<JobRange> split_jobs(LineCursor const& lines) {
             if (!jobs.empty()) {
                 jobs.back().end = i;
             }
-            jobs.push_back({i, lines.size()});
+            jobs.push_back({i, lines.size(), false, false, {}});
             terminated = false;
-        } else if (is_termination(text)) {
+        }
+        JobRange& job = jobs.empty() ? before_banner : jobs.back();
+        if (is_termination(text)) {
             terminated = true;
+            job.terminated = true;
+        } else if (text == "Standard orientation:") {
+            job.standard_orientation = true;
+        } else if (is_warning(text)) {
+            job.warnings.push_back(i);
         }
     }
     if (jobs.empty() && lines.size() > 0) {
-        jobs.push_back({0, lines.size()});
+        before_banner.end = lines.size();
+        jobs.push_back(std::move(before_banner));
     }
     return jobs;
 }
@@ -80,7 +101,7 @@ int multiplicity_of(std::string_view label) {
 
 class JobReader : JobLines {
 public:
-    JobReader(DocumentBuilder& builder, model::SourceId source, LineCursor& lines, JobRange range,
+    JobReader(DocumentBuilder& builder, model::SourceId source, LineCursor& lines, JobRange const& range,
               std::vector<Diagnostic>& diagnostics)
         : JobLines(lines, range.end, source), builder_(builder), range_(range), diagnostics_(diagnostics) {}
 
@@ -93,17 +114,7 @@ public:
         // standard orientation is read as though it would come, unless the
         // route turns symmetry off, so that a cut output keeps the frames
         // of the whole one.
-        bool standard = false;
-        terminated_ = false;
-        for (std::size_t i = range_.begin; i < range_.end; ++i) {
-            auto const text = trim(lines_.at(i).text);
-            if (!starts_with_one_of(text, "SNE")) {
-                continue;
-            }
-            standard = standard || text == "Standard orientation:";
-            terminated_ = terminated_ || is_termination(text);
-        }
-        use_standard_ = standard || !terminated_;
+        use_standard_ = range_.standard_orientation || !range_.terminated;
         lines_.seek(range_.begin);
         while (lines_.index() < range_.end) {
             read_line();
@@ -387,7 +398,7 @@ private:
         }
         route_ = parse_route(text);
         route_read_ = true;
-        if (!terminated_ && (contains(ascii_lower(text), "nosym") || contains(ascii_lower(text), "symmetry=none"))) {
+        if (!range_.terminated && (contains(ascii_lower(text), "nosym") || contains(ascii_lower(text), "symmetry=none"))) {
             use_standard_ = false;
         }
         route_line_ = lines_.index();
@@ -1178,11 +1189,10 @@ private:
         if (!route_read_) {
             return;
         }
-        for (std::size_t i = route_line_; i < range_.end; ++i) {
-            auto const text = trim(lines_.at(i).text);
-            if (starts_with_one_of(text, "W*") &&
-                (starts_with(text, "Warning") || starts_with(text, "WARNING") || starts_with(text, "*** WARNING"))) {
-                i = read_warning(i);
+        std::size_t next = route_line_;
+        for (auto const first : range_.warnings) {
+            if (first >= next) {
+                next = read_warning(first) + 1;
             }
         }
     }
@@ -1233,12 +1243,11 @@ private:
     }
 
     DocumentBuilder& builder_;
-    JobRange range_;
+    JobRange const& range_;
     std::vector<Diagnostic>& diagnostics_;
 
     JobId job_;
     bool use_standard_ = false;
-    bool terminated_ = false;
     bool route_read_ = false;
     std::size_t route_line_ = 0;
     Route route_;
@@ -1294,7 +1303,7 @@ model::ParseResult<Document> read(std::string_view text, std::string_view file_n
     auto& program = builder.document().program;
     program.version = read_version(lines);
 
-    for (auto const range : split_jobs(lines)) {
+    for (auto const& range : survey_jobs(lines)) {
         if (range.end <= range.begin) {
             continue;
         }
