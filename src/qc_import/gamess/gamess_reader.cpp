@@ -3,6 +3,7 @@
 #include "gamess/options.hpp"
 
 #include "framework/document_builder.hpp"
+#include "framework/job_records.hpp"
 #include "framework/line_cursor.hpp"
 #include "framework/records.hpp"
 #include "framework/text.hpp"
@@ -59,10 +60,10 @@ char const* multiplicity_name(int multiplicity) {
     return multiplicity > 0 && multiplicity < 6 ? names[multiplicity] : "";
 }
 
-class Reader {
+class Reader : JobRecords {
 public:
     Reader(DocumentBuilder& builder, model::SourceId source, LineCursor& lines, std::vector<Diagnostic>& diagnostics)
-        : builder_(builder), source_(source), lines_(lines), diagnostics_(diagnostics) {}
+        : JobRecords(builder), source_(source), lines_(lines), diagnostics_(diagnostics) {}
 
     void read() {
         CalculationJob job;
@@ -399,9 +400,7 @@ private:
         if (system_ || !input_) {
             return;
         }
-        system_ = builder_.system_for(input_->numbers, state_, title_, input_->span);
-        atom_count_ = input_->numbers.size();
-        builder_.assign_system(job_, *system_);
+        takes_geometry(input_->numbers, title_, input_->span);
         auto const frame = builder_.add_frame(*system_, std::move(input_->positions), input_->span);
         step_ = builder_.add_step(job_, frame, input_->span);
         input_.reset();
@@ -448,10 +447,7 @@ private:
 
     StepId current_step() {
         open_first_step();
-        if (!step_) {
-            step_ = builder_.add_step(job_, std::nullopt, span_of_line(source_, line()));
-        }
-        return *step_;
+        return open_step(span_of_line(source_, line()));
     }
 
     void extend_step(SourceSpan const& record) { builder_.extend_step(current_step(), record); }
@@ -1268,24 +1264,18 @@ private:
             builder_.step(*step_).convergence->status = ConvergenceStatus::converged;
         }
         write_scalars();
-        system_ = builder_.finish_job(job_, system_, state_, title_);
+        finish_job(title_);
     }
 
-    DocumentBuilder& builder_;
     model::SourceId source_;
     LineCursor& lines_;
     std::vector<Diagnostic>& diagnostics_;
 
-    JobId job_;
     Options options_;
     std::string scf_type_;
     std::string title_;
     std::optional<int> charge_;
-    std::optional<chem::ElectronicState> state_;
     std::optional<Table> input_;
-    std::optional<chem::SystemId> system_;
-    std::size_t atom_count_ = 0;
-    std::optional<StepId> step_;
     std::optional<int> search_point_;
     std::optional<double> gradient_tolerance_;
     bool located_ = false;

@@ -4,6 +4,7 @@
 
 #include "framework/document_builder.hpp"
 #include "framework/job_lines.hpp"
+#include "framework/job_records.hpp"
 #include "framework/records.hpp"
 #include "framework/superposition.hpp"
 #include "framework/text.hpp"
@@ -99,11 +100,11 @@ int multiplicity_of(std::string_view label) {
     return 0;
 }
 
-class JobReader : JobLines {
+class JobReader : JobLines, JobRecords {
 public:
     JobReader(DocumentBuilder& builder, model::SourceId source, LineCursor& lines, JobRange const& range,
               std::vector<Diagnostic>& diagnostics)
-        : JobLines(lines, range.end, source), builder_(builder), range_(range), diagnostics_(diagnostics) {}
+        : JobLines(lines, range.end, source), JobRecords(builder), range_(range), diagnostics_(diagnostics) {}
 
     void read() {
         CalculationJob job;
@@ -509,11 +510,7 @@ private:
         auto& numbers = read->numbers;
         auto& positions = read->positions;
         auto const table = read->span;
-        if (!system_) {
-            system_ = builder_.system_for(numbers, state_, title_, table);
-            builder_.assign_system(job_, *system_);
-            atom_count_ = numbers.size();
-        } else if (numbers.size() != atom_count_) {
+        if (!takes_geometry(numbers, title_, table)) {
             return;
         }
         // Gaussian prints the geometry again where nothing moved, after an
@@ -528,12 +525,7 @@ private:
         input_positions_.clear();
     }
 
-    StepId current_step() {
-        if (!step_) {
-            step_ = builder_.add_step(job_, std::nullopt, span_of_line(source_, line()));
-        }
-        return *step_;
-    }
+    StepId current_step() { return open_step(span_of_line(source_, line())); }
 
     void extend_step(SourceSpan const& record) { builder_.extend_step(current_step(), record); }
 
@@ -1239,23 +1231,17 @@ private:
 
     void finish() {
         close_step();
-        system_ = builder_.finish_job(job_, system_, state_, title_);
+        finish_job(title_);
     }
 
-    DocumentBuilder& builder_;
     JobRange const& range_;
     std::vector<Diagnostic>& diagnostics_;
 
-    JobId job_;
     bool use_standard_ = false;
     bool route_read_ = false;
     std::size_t route_line_ = 0;
     Route route_;
-    std::optional<chem::ElectronicState> state_;
     std::string title_;
-    std::optional<chem::SystemId> system_;
-    std::size_t atom_count_ = 0;
-    std::optional<StepId> step_;
     std::vector<chem::Vec3> input_positions_;
     std::vector<chem::Vec3> step_input_positions_;
     ScalarPropertyBlock scalars_;

@@ -4,6 +4,7 @@
 
 #include "framework/document_builder.hpp"
 #include "framework/job_lines.hpp"
+#include "framework/job_records.hpp"
 #include "framework/text.hpp"
 #include "framework/units.hpp"
 
@@ -226,11 +227,11 @@ std::vector<JobRange> split_jobs(LineCursor const& lines, RunInput const& run) {
 
 std::optional<ExcitationContribution> contribution_of(std::string_view text);
 
-class JobReader : JobLines {
+class JobReader : JobLines, JobRecords {
 public:
     JobReader(DocumentBuilder& builder, model::SourceId source, LineCursor& lines, JobRange const& range,
               std::vector<Diagnostic>& diagnostics)
-        : JobLines(lines, range.end, source), builder_(builder), range_(range), input_(range.input),
+        : JobLines(lines, range.end, source), JobRecords(builder), range_(range), input_(range.input),
           diagnostics_(diagnostics) {}
 
     void read() {
@@ -557,11 +558,7 @@ private:
             return;
         }
         auto const table = span_of_lines(source_, first, line());
-        if (!system_) {
-            system_ = builder_.system_for(numbers, state_, "", table);
-            builder_.assign_system(job_, *system_);
-            atom_count_ = numbers.size();
-        } else if (numbers.size() != atom_count_) {
+        if (!takes_geometry(numbers, "", table)) {
             return;
         }
         if (step_ && builder_.step_is_at(*step_, positions)) {
@@ -579,12 +576,7 @@ private:
         pending_cycle_.reset();
     }
 
-    StepId current_step() {
-        if (!step_) {
-            step_ = builder_.add_step(job_, std::nullopt, span_of_line(source_, line()));
-        }
-        return *step_;
-    }
+    StepId current_step() { return open_step(span_of_line(source_, line())); }
 
     void extend_step(SourceSpan const& record) { builder_.extend_step(current_step(), record); }
 
@@ -1391,17 +1383,8 @@ private:
 
     void finish() {
         close_step();
+        finish_job("");
         auto& job = builder_.job(job_);
-        if (!system_) {
-            system_ = builder_.system_for({}, state_, "", std::nullopt);
-            job.system_id = *system_;
-            for (auto const step : job.step_ids) {
-                builder_.step(step).system_id = *system_;
-            }
-        }
-        if (job.tasks.empty()) {
-            job.tasks.push_back(TaskKind::single_point);
-        }
         job.primary_task = job.tasks.front();
     }
 
@@ -1409,16 +1392,10 @@ private:
         return text.size() >= suffix.size() && text.substr(text.size() - suffix.size()) == suffix;
     }
 
-    DocumentBuilder& builder_;
     JobRange const& range_;
     JobInput const& input_;
     std::vector<Diagnostic>& diagnostics_;
 
-    JobId job_;
-    std::optional<chem::ElectronicState> state_;
-    std::optional<chem::SystemId> system_;
-    std::size_t atom_count_ = 0;
-    std::optional<StepId> step_;
     std::optional<int> pending_cycle_;
     bool pair_natural_orbitals_ = false;
     ScalarPropertyBlock scalars_;
