@@ -49,6 +49,20 @@ TEST(Text, NumbersAsProgramsPrintThem) {
     }
 }
 
+// Every kind of blank parts fields, wherever the line's bytes fall in the
+// blocks read together, and a line of more fields than are kept in place.
+TEST(Text, FieldsOfALine) {
+    std::string line = "\t 1\f2\v3\r";
+    for (int i = 4; i <= 30; ++i) {
+        line += "   " + std::to_string(i);
+    }
+    auto const split = fields(line);
+    ASSERT_EQ(split.size(), 30u);
+    for (std::size_t i = 0; i < split.size(); ++i) {
+        EXPECT_EQ(split[i], std::to_string(i + 1));
+    }
+}
+
 // Digits in order and in lower case, for nothing and for a short text.
 TEST(Sha256, Digests) {
     struct Case {
