@@ -1,0 +1,36 @@
+#pragma once
+
+#include <morv/model/parse_result.hpp>
+#include <morv/qc/document.hpp>
+#include <morv/testing/choices.hpp>
+
+#include <cstddef>
+#include <cstdint>
+
+namespace morv::testing {
+
+struct BuiltResult {
+    model::ParseResult<qc::Document> result;
+    // True when every string of the document, keys and diagnostics included,
+    // is valid UTF-8, so that its text must be strict JSON.
+    bool all_text_is_utf8 = true;
+};
+
+// The result of an ORCA run on an organic molecule: an RI-MP2 optimisation,
+// a frequency job and a TD-DFT job, with every kind of analysis, the sources,
+// spans and metadata that such a run yields, and a few notes and warnings
+// that the producer stored with it, each pointing into the output file. The
+// molecule and the number of steps grow together until the compact text of
+// the document is close to `target_bytes` (within a few per cent from about
+// 20 KB up; 0 gives the smallest, about 25 KB).
+//
+// Then, wherever `choices` depart, an odd value takes the place of the run's
+// own (see odd_values.hpp): with plain Choices none does, and the document
+// decodes complete and writes back byte for byte.
+BuiltResult build_result(Choices& choices, std::size_t target_bytes);
+
+// The plain run of `seed`: the same seed and size give the same document on
+// every platform.
+model::ParseResult<qc::Document> generate_result(std::uint64_t seed, std::size_t target_bytes);
+
+}  // namespace morv::testing
