@@ -26,6 +26,12 @@ constexpr std::array<double, 12> special_doubles = {
     0.1,                                       1e21,
     9007199254740993.0,                        -76.4};
 
+// The doubles among them that text carries exactly and spells as a double,
+// with a fraction or an exponent, whichever decode reads it.
+constexpr std::array<double, 6> exact_doubles = {
+    std::numeric_limits<double>::max(), std::numeric_limits<double>::lowest(),
+    1e-300, 0.1, 1e21, -76.4};
+
 // Keys stay short: yaml-cpp refuses keys over 1024 characters, which has a
 // test of its own.
 constexpr std::uint64_t max_raw_text_bytes = 16;
@@ -128,6 +134,9 @@ std::string OddValues::text(std::string usual) {
 }
 
 double OddValues::number(double usual) {
+    if (!any_value_) {
+        return choices_.departure(2) == 1 ? exact_doubles[choices_.departure(exact_doubles.size())] : usual;
+    }
     switch (choices_.departure(3)) {
         case 1: return special_doubles[choices_.departure(special_doubles.size())];
         case 2: {

@@ -5,17 +5,21 @@
 // something else, any double bit pattern, enumerators past their table,
 // references to records that may not exist, optional fields set or cleared,
 // lists cut or grown, other alternatives of a variant, and new metadata and
-// extension entries nested a few levels deep. Records are walked through
-// their `fields_of`, so a member added to the model is varied without a
-// change here.
+// extension entries nested a few levels deep. Within the format, only what
+// text carries unchanged: optional fields set, lists grown, enumerators and
+// alternatives chosen anew. Records are walked through their `fields_of`, so
+// a member added to the model is varied without a change here.
 
 #include <morv/model/extension_value.hpp>
+#include <morv/qc/metadata.hpp>
 #include <morv/qc/wire_words.hpp>
 #include <morv/testing/choices.hpp>
+#include <morv/testing/document_builder.hpp>
 
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <map>
 #include <optional>
 #include <string>
@@ -54,7 +58,8 @@ struct IsEntityId<model::EntityId<Tag>> : std::true_type {};
 
 class OddValues {
 public:
-    explicit OddValues(Choices& choices) : choices_(choices) {}
+    OddValues(Choices& choices, Departures departures)
+        : choices_(choices), any_value_(departures == Departures::any_value) {}
 
     // False once an odd text or letter is not valid UTF-8, so that the
     // document's JSON text need not be strict.
@@ -65,18 +70,22 @@ public:
         if constexpr (std::is_same_v<T, bool>) {
             value = value != (choices_.departure(2) == 1);
         } else if constexpr (std::is_same_v<T, char>) {
-            value = static_cast<char>(integer(static_cast<unsigned char>(value)));
-            all_text_is_utf8_ = all_text_is_utf8_ && static_cast<unsigned char>(value) < 0x80;
+            if (any_value_) {
+                value = static_cast<char>(integer(static_cast<unsigned char>(value)));
+                all_text_is_utf8_ = all_text_is_utf8_ && static_cast<unsigned char>(value) < 0x80;
+            }
         } else if constexpr (std::is_enum_v<T>) {
             // One past the table as well: a value that only a cast makes.
-            std::uint64_t const departure = choices_.departure(qc::WireWords<T>::words.size() + 2);
+            std::size_t const values = qc::WireWords<T>::words.size() + (any_value_ ? 1 : 0);
+            std::uint64_t const departure = choices_.departure(values + 1);
             value = departure == 0 ? value : static_cast<T>(departure - 1);
         } else if constexpr (std::is_integral_v<T>) {
             value = integer(value);
         } else if constexpr (std::is_same_v<T, double>) {
             value = number(value);
         } else if constexpr (std::is_same_v<T, std::string>) {
-            value = text(std::move(value));
+            // A metadata text may spell another kind of value.
+            value = any_value_ ? text(std::move(value)) : std::move(value);
         } else if constexpr (std::is_same_v<T, std::nullptr_t>) {
         } else if constexpr (IsEntityId<T>::value) {
             value.value = integer(value.value);
@@ -113,6 +122,10 @@ private:
             // well as not.
             case 1: return static_cast<Integer>(choices_.departure(4));
             case 2: {
+                if (!any_value_) {
+                    return choices_.departure(2) == 1 ? std::numeric_limits<Integer>::max()
+                                                      : std::numeric_limits<Integer>::lowest();
+                }
                 std::uint64_t const bits = any_bits(sizeof(Integer));
                 Integer value;
                 std::memcpy(&value, &bits, sizeof value);
@@ -125,10 +138,10 @@ private:
     template <typename T>
     void vary_optional(std::optional<T>& value) {
         if (choices_.departure(2) == 1) {
-            if (value) {
-                value.reset();
-            } else {
+            if (!value) {
                 value.emplace();
+            } else if (any_value_) {
+                value.reset();
             }
         }
         if (value) {
@@ -141,9 +154,13 @@ private:
     template <typename T>
     void vary_list(std::vector<T>& items) {
         switch (choices_.departure(4)) {
-            case 1: items.clear(); break;
+            case 1:
+                if (any_value_) {
+                    items.clear();
+                }
+                break;
             case 2:
-                if (!items.empty()) {
+                if (any_value_ && !items.empty()) {
                     items.pop_back();
                 }
                 break;
@@ -164,7 +181,8 @@ private:
         for (auto& entry : entries) {
             vary(entry.second);
         }
-        for (auto count = may_grow() ? choices_.departure(4) : 0; count > 0; --count) {
+        // An empty list among the new entries would not say which kind it is.
+        for (auto count = any_value_ && may_grow() ? choices_.departure(4) : 0; count > 0; --count) {
             T value{};
             vary(value);
             entries.emplace(text(""), std::move(value));
@@ -173,7 +191,11 @@ private:
 
     template <typename... T>
     void vary_variant(std::variant<T...>& value) {
-        if (std::uint64_t const alternative = choices_.departure(sizeof...(T) + 1); alternative > 0) {
+        // The kind of a metadata value is what its text spells, and a new
+        // one, empty or zero, would spell another.
+        bool const kind_is_spelt = std::is_same_v<std::variant<T...>, qc::MetadataValue>;
+        std::uint64_t const alternative = any_value_ || !kind_is_spelt ? choices_.departure(sizeof...(T) + 1) : 0;
+        if (alternative > 0) {
             emplace_alternative(value, alternative - 1, std::index_sequence_for<T...>());
         }
         std::visit([this](auto& held) { vary(held); }, value);
@@ -193,6 +215,7 @@ private:
     }
 
     Choices& choices_;
+    bool any_value_;
     bool all_text_is_utf8_ = true;
     int depth_ = 0;
 };

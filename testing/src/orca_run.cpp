@@ -919,9 +919,9 @@ private:
 
 }  // namespace
 
-BuiltResult build_result(Choices& choices, std::size_t target_bytes) {
+BuiltResult build_result(Choices& choices, std::size_t target_bytes, Departures departures) {
     BuiltResult built{RunBuilder(choices, shape_for(target_bytes)).build()};
-    OddValues odd(choices);
+    OddValues odd(choices, departures);
     odd.vary(built.result.status);
     odd.vary(built.result.value);
     odd.vary(built.result.diagnostics);

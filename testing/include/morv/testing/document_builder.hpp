@@ -9,6 +9,10 @@
 
 namespace morv::testing {
 
+// What may take the place of a run's own values where the choices depart:
+// anything its types hold, or only what JSON text carries unchanged.
+enum class Departures { any_value, within_format };
+
 struct BuiltResult {
     model::ParseResult<qc::Document> result;
     // True when every string of the document, keys and diagnostics included,
@@ -27,7 +31,8 @@ struct BuiltResult {
 // Then, wherever `choices` depart, an odd value takes the place of the run's
 // own (see odd_values.hpp): with plain Choices none does, and the document
 // decodes complete and writes back byte for byte.
-BuiltResult build_result(Choices& choices, std::size_t target_bytes);
+BuiltResult build_result(Choices& choices, std::size_t target_bytes,
+                         Departures departures = Departures::any_value);
 
 // The plain run of `seed`: the same seed and size give the same document on
 // every platform.
