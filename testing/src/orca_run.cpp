@@ -934,4 +934,15 @@ model::ParseResult<qc::Document> generate_result(std::uint64_t seed, std::size_t
     return build_result(choices, target_bytes).result;
 }
 
+model::ParseResult<qc::Document> odd_result(std::uint64_t seed, Departures departures) {
+    constexpr std::size_t bytes_for_every_field = 1 << 16;
+    Choices random(seed);
+    std::string bytes;
+    while (bytes.size() < bytes_for_every_field) {
+        bytes += static_cast<char>(random.next());
+    }
+    ChoicesFromBytes choices(bytes);
+    return build_result(choices, 0, departures).result;
+}
+
 }  // namespace morv::testing

@@ -38,4 +38,9 @@ BuiltResult build_result(Choices& choices, std::size_t target_bytes,
 // every platform.
 model::ParseResult<qc::Document> generate_result(std::uint64_t seed, std::size_t target_bytes);
 
+// The smallest run with departures wherever bytes drawn from `seed` say,
+// enough for one at every field: over a few seeds, every optional field set,
+// every alternative and every enumerator.
+model::ParseResult<qc::Document> odd_result(std::uint64_t seed, Departures departures);
+
 }  // namespace morv::testing
