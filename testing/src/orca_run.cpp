@@ -761,6 +761,18 @@ private:
         return list;
     }
 
+    // The row of a spectrum for the transition into `state`.
+    static qc::AbsorptionPeak spectrum_row(char const* kind, qc::ExcitedState const& state, double energy) {
+        qc::AbsorptionPeak peak;
+        peak.spectrum_kind = kind;
+        peak.transition = "0-1A -> " + std::to_string(*state.index) + "-1A";
+        peak.target_state_index = state.index;
+        peak.excitation_energy = energy;
+        peak.reported_wavenumber_cm1 = state.reported_wavenumber_cm1;
+        peak.reported_wavelength_nm = state.reported_wavelength_nm;
+        return peak;
+    }
+
     void add_excited_states(std::uint32_t step_id, double ground) {
         std::size_t const count = excited_states_for(atoms_.size());
         std::vector<double> energies;
@@ -808,13 +820,7 @@ private:
             double const moment_squared = 1.5 * *state.oscillator_strength / energies[i];
             Vec3 direction = random_.vector(1.0);
             direction = scaled(direction, std::sqrt(moment_squared) / std::max(length(direction), 1e-6));
-            qc::AbsorptionPeak peak;
-            peak.spectrum_kind = "absorption_electric_dipole";
-            peak.transition = "0-1A -> " + std::to_string(i + 1) + "-1A";
-            peak.target_state_index = state.index;
-            peak.excitation_energy = energies[i];
-            peak.reported_wavenumber_cm1 = state.reported_wavenumber_cm1;
-            peak.reported_wavelength_nm = state.reported_wavelength_nm;
+            qc::AbsorptionPeak peak = spectrum_row("absorption_electric_dipole", state, energies[i]);
             peak.oscillator_strength = state.oscillator_strength;
             peak.strength_label = "fosc";
             peak.strength = state.oscillator_strength;
@@ -826,13 +832,7 @@ private:
         for (std::size_t i = 0; i < count; ++i) {
             auto const& state = block.states[i];
             double const rotatory = random_.uniform(-40.0, 40.0);
-            qc::AbsorptionPeak peak;
-            peak.spectrum_kind = "cd_electric_dipole";
-            peak.transition = "0-1A -> " + std::to_string(i + 1) + "-1A";
-            peak.target_state_index = state.index;
-            peak.excitation_energy = energies[i];
-            peak.reported_wavenumber_cm1 = state.reported_wavenumber_cm1;
-            peak.reported_wavelength_nm = state.reported_wavelength_nm;
+            qc::AbsorptionPeak peak = spectrum_row("cd_electric_dipole", state, energies[i]);
             peak.strength_label = "R";
             peak.strength = rotatory;
             peak.rotatory_strength = rotatory;

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t small_document = 20'000;
 
-TEST(DocumentBuilder, PlainRunDecodesCompleteWithItsStoredDiagnosticsAndWritesBackUnchanged) {
+TEST(BuiltRuns, PlainRunDecodesCompleteWithItsStoredDiagnosticsAndWritesBackUnchanged) {
     auto const generated = generate_result(7, small_document);
     std::string const text = qc::json::serialize(generated);
 
@@ -27,7 +27,7 @@ TEST(DocumentBuilder, PlainRunDecodesCompleteWithItsStoredDiagnosticsAndWritesBa
 
 // A fuzzer's input that ends after the seed is the plain run of that seed;
 // the bytes after it put odd values in.
-TEST(DocumentBuilder, BytesPastTheSeedDepartFromThePlainRun) {
+TEST(BuiltRuns, BytesPastTheSeedDepartFromThePlainRun) {
     std::string const seed("\0\0\0\0\0\0\0\7", 8);
     ChoicesFromBytes plain(seed);
     ChoicesFromBytes odd(seed + std::string(64, '\x35'));
