@@ -7,6 +7,9 @@
 
 namespace morv::bench {
 
-using Random = testing::Choices;
+class Random : public testing::Choices {
+public:
+    using Choices::Choices;
+};
 
 }  // namespace morv::bench
