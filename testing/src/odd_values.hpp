@@ -7,8 +7,9 @@
 // lists cut or grown, other alternatives of a variant, and new metadata and
 // extension entries nested a few levels deep. Within the format, only what
 // text carries unchanged: optional fields set, lists grown, enumerators and
-// alternatives chosen anew. Records are walked through their `fields_of`, so
-// a member added to the model is varied without a change here.
+// alternatives chosen anew, integers at their ends and doubles that print
+// exactly, texts kept. Records are walked through their `fields_of`, so a
+// member added to the model is varied without a change here.
 
 #include <morv/model/extension_value.hpp>
 #include <morv/qc/metadata.hpp>
@@ -210,8 +211,11 @@ private:
     // not, so they may be written through.
     template <typename Record>
     void vary_fields(Record& record) {
-        std::apply([this](auto const&... field) { (vary(const_cast<std::remove_const_t<std::remove_reference_t<decltype(field)>>&>(field)), ...); },
-                   fields_of(std::as_const(record)));
+        std::apply(
+            [this](auto const&... field) {
+                (vary(const_cast<std::remove_const_t<std::remove_reference_t<decltype(field)>>&>(field)), ...);
+            },
+            fields_of(std::as_const(record)));
     }
 
     Choices& choices_;

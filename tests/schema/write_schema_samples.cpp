@@ -111,7 +111,8 @@ int main(int argc, char** argv) {
             }
         }
         for (std::uint64_t seed = 1; seed <= odd_runs; ++seed) {
-            samples.write("odd_run_" + std::to_string(seed), morv::testing::odd_result(seed, morv::testing::Departures::any_value));
+            auto const odd = morv::testing::odd_result(seed, morv::testing::Departures::any_value);
+            samples.write("odd_run_" + std::to_string(seed), odd);
         }
         std::cout << "wrote " << samples.written() << " samples to " << argv[1] << "\n";
     } catch (std::exception const& e) {
