@@ -7,9 +7,8 @@
 //                                            that the fuzzers start from deep,
 //                                            well-formed text
 
-#include <document_generator.hpp>
-
 #include <morv/qc/json/codec.hpp>
+#include <morv/testing/document_builder.hpp>
 
 #include <cstddef>
 #include <cstdint>
@@ -45,7 +44,7 @@ bool write_generated(std::string const& folder, Generated const& generated) {
     morv::qc::json::SerializeOptions options;
     options.pretty = generated.pretty;
     std::ofstream file(folder + "/" + generated.file_name, std::ios::binary);
-    file << morv::qc::json::serialize(morv::bench::generate_result(generated.seed, generated.target_bytes), options);
+    file << morv::qc::json::serialize(morv::testing::generate_result(generated.seed, generated.target_bytes), options);
     return static_cast<bool>(file);
 }
 

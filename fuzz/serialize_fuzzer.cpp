@@ -1,15 +1,15 @@
-// Documents built from the fuzzer's bytes go to `serialize`, in any form that
+// Documents built from the fuzzer's bytes (testing/'s ORCA run, with odd
+// values where the bytes say) go to `serialize`, in any form that
 // SerializeOptions allow. Writing must not throw; when every string of the
 // document is valid UTF-8 the text is strict JSON, and pretty text holds the
 // same JSON value as compact text; the text loads (no "qc.json.parse_failed"),
 // and what it reads as settles, as in round_trip_fuzzer.
 
-#include "fuzzed_document.hpp"
 #include "settled_round_trip.hpp"
 
 #include <morv/qc/json/codec.hpp>
+#include <morv/testing/document_builder.hpp>
 
-#include <fuzzer/FuzzedDataProvider.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -18,6 +18,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -29,12 +30,12 @@ using morv::qc::json::SerializeOptions;
     std::abort();
 }
 
-SerializeOptions fuzzed_options(FuzzedDataProvider& provider) {
+SerializeOptions fuzzed_options(morv::testing::Choices& choices) {
     SerializeOptions options;
-    options.pretty = provider.ConsumeBool();
+    options.pretty = choices.departure(2) == 1;
     // Small, so that deep pretty text stays a few kilobytes.
-    options.indent = provider.ConsumeIntegralInRange<std::uint32_t>(0, 8);
-    options.include_diagnostics = provider.ConsumeBool();
+    options.indent = static_cast<std::uint32_t>(choices.departure(9));
+    options.include_diagnostics = choices.departure(2) == 0;
     return options;
 }
 
@@ -43,7 +44,7 @@ bool loaded(morv::model::ParseResult<morv::qc::Document> const& read) {
                         [](Diagnostic const& d) { return d.code == "qc.json.parse_failed"; });
 }
 
-std::string write(morv::fuzz::FuzzedResult const& built, bool as_plain_document, SerializeOptions const& options) {
+std::string write(morv::testing::BuiltResult const& built, bool as_plain_document, SerializeOptions const& options) {
     return as_plain_document ? morv::qc::json::serialize(built.result.value, options)
                              : morv::qc::json::serialize(built.result, options);
 }
@@ -63,10 +64,11 @@ void require_same_json(std::string const& pretty, std::string const& compact) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    FuzzedDataProvider provider(data, size);
-    SerializeOptions options = fuzzed_options(provider);
-    bool const as_plain_document = provider.ConsumeBool();
-    auto const built = morv::fuzz::build_result(provider);
+    morv::testing::ChoicesFromBytes choices(std::string_view(reinterpret_cast<char const*>(data), size));
+    SerializeOptions options = fuzzed_options(choices);
+    bool const as_plain_document = choices.departure(2) == 1;
+    // The smallest run, so that the bytes reach its last fields.
+    auto const built = morv::testing::build_result(choices, 0);
 
     std::string const text = write(built, as_plain_document, options);
     if (built.all_text_is_utf8) {

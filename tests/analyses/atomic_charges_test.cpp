@@ -12,9 +12,4 @@ TEST(AtomicCharges, RecordsNeedNoKeyAndSchemeIsAlwaysWritten) {
     }, "atomic_charges");
 }
 
-TEST(AtomicCharges, EveryKeyTravelsThroughText) {
-    qc::AtomicChargeRecord const oxygen{1, "O", 8.8, -0.8, 0.0, 8.7, -0.7};
-    expect_round_trip(qc::AtomicChargeBlock{"Mulliken", {oxygen, qc::AtomicChargeRecord{}}});
-}
-
 }  // namespace morv::testing

@@ -14,9 +14,4 @@ TEST(Dipoles, DamagedVectorsBecomeZeroAndTheMomentStays) {
     }, "dipoles");
 }
 
-TEST(Dipoles, EveryKeyTravelsThroughText) {
-    qc::PermanentDipole const scf{{0.1, -0.25, 0.7331}, 0.7796, 1.9816, "SCF", "relaxed", some_span};
-    expect_round_trip(qc::DipoleBlock{{scf, qc::PermanentDipole{}}});
-}
-
 }  // namespace morv::testing

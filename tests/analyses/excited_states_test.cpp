@@ -33,15 +33,4 @@ TEST(ExcitedStates, StatesAreNeverDroppedAndOnlyTheHartreeOfAnEnergyIsRead) {
     }, "excited_states");
 }
 
-TEST(ExcitedStates, EveryKeyTravelsThroughText) {
-    qc::ExcitationContribution const contribution{"H->L", 5, 6, "occ", "virt", 'a', 'b', -0.7, 0.49, true};
-    qc::AbsorptionPeak const peak{"ECD", "0-1A -> 1-1A", 1, 0.15, 32921.0, 303.8, 0.25, "R", 12.5,
-                                  chem::Vec3{0.1, 0.2, -0.3}, -4.5, some_span};
-    qc::ExcitedState const state{1, "S1", "TD-DFT", "roots", "Singlet", "B2", 1, -76.1, 0.15, 150.0, 32921.0, 303.8, 0.25,
-                                 0.001, 0.0002, 0.97, 98.5, {contribution, qc::ExcitationContribution{}}, some_span};
-    qc::EnergyRecord const total{qc::EnergyId(7), qc::EnergyKind::excited_state_total, "E(S1)", "TD", -76.1, some_span};
-    expect_round_trip(qc::ExcitedStateBlock{2, "TD-DFT", "ABSORPTION", "singlets", {state, qc::ExcitedState{}}, {total},
-                                            qc::EnergyId(7), {peak, qc::AbsorptionPeak{}}});
-}
-
 }  // namespace morv::testing

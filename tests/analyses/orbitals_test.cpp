@@ -22,9 +22,4 @@ TEST(Orbitals, SetAndOrbitalKeepTheirOwnSpinAndKind) {
     }, "orbital_set");
 }
 
-TEST(Orbitals, EveryKeyTravelsThroughText) {
-    qc::Orbital const homo{12, qc::SpinChannel::beta, 1.0, -0.3125, "B1", "occupied"};
-    expect_round_trip(qc::OrbitalSetBlock{qc::SpinChannel::alpha, "natural", {homo, qc::Orbital{}}});
-}
-
 }  // namespace morv::testing

@@ -13,9 +13,4 @@ TEST(ScalarProperties, MissingKeyOrValueIsReportedButThePropertyStays) {
     }, "scalar_properties");
 }
 
-TEST(ScalarProperties, EveryKeyTravelsThroughText) {
-    qc::ScalarProperty const s2{"s_squared", "<S**2>", 0.7532, "", some_span};
-    expect_round_trip(qc::ScalarPropertyBlock{{s2, qc::ScalarProperty{"alpha", "", 1e21, "au", {}}}});
-}
-
 }  // namespace morv::testing

@@ -13,9 +13,4 @@ TEST(Thermochemistry, EnergiesMustBeObjectsWhileNumbersTreatNullAsAbsent) {
     }, "thermochemistry");
 }
 
-TEST(Thermochemistry, EveryKeyTravelsThroughText) {
-    expect_round_trip(qc::ThermochemistryBlock{298.15, 1.0, 18.01056, -76.4, 0.021, 0.024, 0.025, -76.37, 0.026, -0.0214,
-                                               -76.39, 0.0046});
-}
-
 }  // namespace morv::testing

@@ -23,9 +23,4 @@ TEST(Vibrations, ModesStayWhateverTheirFaultsAndImaginaryFollowsTheFrequency) {
     }, "vibrational");
 }
 
-TEST(Vibrations, EveryKeyTravelsThroughText) {
-    qc::VibrationalMode const mode{-3, -412.25, "B2", 1.0078, 0.1, 35.5, 0.0, {{0.1, -0.2, 0.3}, {0, 0, -1}}};
-    expect_round_trip(qc::VibrationalBlock{{mode, qc::VibrationalMode{}}});
-}
-
 }  // namespace morv::testing

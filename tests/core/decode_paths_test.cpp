@@ -2,7 +2,7 @@
 #include "core/json_tree.hpp"
 #include "support/json_text.hpp"
 
-#include "document_generator.hpp"
+#include <morv/testing/document_builder.hpp>
 
 #include <filesystem>
 #include <fstream>
@@ -130,13 +130,21 @@ TEST(DecodePaths, CorpusAndExamplesDecodeAsThroughYamlCpp) {
 
 TEST(DecodePaths, GeneratedDocumentsGoThroughTheTree) {
     for (std::uint64_t seed : {1, 2, 3}) {
-        auto const result = bench::generate_result(seed, 30'000);
+        auto const result = morv::testing::generate_result(seed, 30'000);
         for (bool pretty : {false, true}) {
             std::string const text = serialize(result, SerializeOptions{pretty});
             SCOPED_TRACE(text.substr(0, 200));
             EXPECT_TRUE(load_strict_json(text));
             expect_same_decode(text);
         }
+    }
+}
+
+// Odd values in every field, texts that are not UTF-8 among them.
+TEST(DecodePaths, OddRunsDecodeAsThroughYamlCpp) {
+    for (std::uint64_t seed = 1; seed <= 16; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        expect_same_decode(serialize(morv::testing::odd_result(seed, morv::testing::Departures::any_value)));
     }
 }
 

@@ -5,7 +5,6 @@
 
 #include "output_test_support.hpp"
 
-#include <cstdlib>
 #include <string>
 #include <tuple>
 
@@ -221,20 +220,6 @@ TEST(GaussianOutputs, JobAfterACutOne) {
               std::make_tuple(TerminationKind::truncated, TerminationKind::normal));
     ASSERT_EQ(result.value.systems.size(), 2u);
     EXPECT_EQ(result.value.systems[0].label, "Water");
-}
-
-TEST(GaussianOutputs, TextOfNoProgram) {
-    std::string garbage;
-    std::srand(7);
-    for (int i = 0; i < 20000; ++i) {
-        garbage.push_back(static_cast<char>(std::rand() % 256));
-    }
-    auto const unknown = import_output(garbage, "x.log");
-    EXPECT_EQ(unknown.status, model::ParseStatus::failed);
-    EXPECT_EQ(unknown.diagnostics.at(0).code, "qc.import.unknown_program");
-    auto const bannered = import_output(" Entering Gaussian System\n" + garbage, "x.log");
-    EXPECT_EQ(bannered.status, model::ParseStatus::partial);
-    EXPECT_TRUE(validate_document(bannered.value).empty());
 }
 
 }  // namespace

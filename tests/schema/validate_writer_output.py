@@ -21,9 +21,8 @@ from pathlib import Path
 
 from jsonschema import Draft202012Validator
 
-# A sample that the writer fills with every optional field; the broken
-# documents below are edits of it.
-BASE_SAMPLE = "every_field_0.json"
+# A plain built run; the broken documents below are edits of it.
+BASE_SAMPLE = "generated_1_0.json"
 
 DROP = object()
 
@@ -41,13 +40,13 @@ BROKEN_DOCUMENTS = [
     ("a misspelt key in a step", [(["steps", 0, "frame_id"], DROP), (["steps", 0, "frameid"], 1)]),
     ("a vibrational payload under the type dipoles", [(["analyses", 0, "type"], "dipoles")]),
     ("an analysis type outside its table", [(["analyses", 0, "type"], "raman")]),
-    ("a mode marked imaginary at a positive frequency", [(["analyses", 0, "modes", 3, "imaginary"], True)]),
-    ("a termination named normal but not flagged so", [(["program", "termination", "kind"], "normal")]),
+    ("a mode marked imaginary at a positive frequency", [(["analyses", 5, "modes", 0, "imaginary"], True)]),
+    ("a termination flagged normal but named otherwise", [(["program", "termination", "kind"], "error")]),
     ("an energy without its hartree value", [(["steps", 0, "energies", 0, "value", "hartree"], DROP)]),
     ("a wavelength for a negative energy", [(["steps", 0, "energies", 0, "value", "wavelength_nm"], 1.0)]),
     ("a double written as text", [(["frames", 0, "positions_angstrom", 0, "x"], "0.5")]),
     ("an empty text where only non-empty text is written", [(["jobs", 0, "method"], "")]),
-    ("an object as a metadata value", [(["metadata", "flag"], {"a": 1})]),
+    ("an object as a metadata value", [(["metadata", "ri_approximation"], {"a": 1})]),
     ("a source span without its end", [(["systems", 0, "source", "end"], DROP)]),
     ("a stored diagnostic of severity 'fatal'", [(["diagnostics", 0, "severity"], "fatal")]),
 ]

@@ -45,18 +45,5 @@ TEST(Convergence, OptionalKeysAreWrittenByPresenceWhateverTheirValue) {
               R"({"criteria":[{"kind":"max_force","satisfied":false,"threshold":0,"value":null}],"status":"converged"})");
 }
 
-TEST(Convergence, EveryKindStatusAndKeyTravelsThroughText) {
-    expect_round_trip(GradientRecord{{{0.1, -2, 3e-7}, {0, 0, 0}}, 0.5, 0.25, 0.125, some_span}, read_gradient,
-                      write_gradient);
-    ConvergenceRecord convergence{{}, ConvergenceStatus::unknown, some_span};
-    for (std::uint32_t kind = 0; kind < WireWords<K>::words.size(); ++kind) {
-        convergence.criteria.push_back({static_cast<K>(kind), 0.1 * kind, 0.01, kind % 2 == 0, "hartree"});
-    }
-    for (std::uint32_t status = 0; status < WireWords<ConvergenceStatus>::words.size(); ++status) {
-        convergence.status = static_cast<ConvergenceStatus>(status);
-        expect_round_trip(convergence, read_convergence, write_convergence);
-    }
-}
-
 }  // namespace
 }  // namespace morv::qc::json

@@ -34,17 +34,13 @@ TEST(EnergyRecords, IdAndValueAreBothReadAndEitherDropsTheRecord) {
     });
 }
 
-TEST(EnergyRecords, EveryKindAndKeyTravelsThroughText) {
+TEST(EnergyRecords, WritesEveryKeyAndTheValueInEachUnit) {
     EXPECT_EQ(compact(write_energy_record(EnergyRecord{})), R"({"id":0,"kind":"unknown","value":)" + zero_energy + "}");
-    for (std::uint32_t kind = 0; kind < WireWords<EnergyKind>::words.size(); ++kind) {
-        EnergyRecord const record{EnergyId(kind + 40), static_cast<EnergyKind>(kind), "G", "B3LYP", -0.5, some_span};
-        std::string const text = expect_round_trip(record, read_energy_record, write_energy_record);
-        if (kind == 5) {
-            EXPECT_EQ(text, R"({"id":45,"kind":"gibbs_free","label":"G","method":"B3LYP","source":{"begin":)"
-                            R"({"column":3,"line":2,"offset":1},"end":{"column":6,"line":5,"offset":4},"source_id":2},)"
-                            R"("value":{"electron_volt":-13.605693122993999,"hartree":-0.5,"wavenumber_cm1":-109737.3156816}})");
-        }
-    }
+    EnergyRecord const record{EnergyId(45), EnergyKind::gibbs_free, "G", "B3LYP", -0.5, some_span};
+    EXPECT_EQ(compact(write_energy_record(record)),
+              R"({"id":45,"kind":"gibbs_free","label":"G","method":"B3LYP","source":{"begin":)"
+              R"({"column":3,"line":2,"offset":1},"end":{"column":6,"line":5,"offset":4},"source_id":2},)"
+              R"("value":{"electron_volt":-13.605693122993999,"hartree":-0.5,"wavenumber_cm1":-109737.3156816}})");
 }
 
 }  // namespace

@@ -37,19 +37,10 @@ TEST(Jobs, ATaskThatIsNotAScalarEndsTheWholeDecode) {
     EXPECT_EQ(describe(decoded.diagnostics), Lines{parse_failed("yaml-cpp: error at line 2, column 27: bad conversion")});
 }
 
-TEST(Jobs, EveryRelationTaskAndKeyTravelsThroughText) {
-    CalculationJob job{JobId(7), SystemId(1), 7, {}, JobRelation::none, {}, {}, "", "", "", {}, {}, {}};
+TEST(Jobs, WritesEmptyListsAndLeavesEmptyTextsOut) {
+    CalculationJob const job{JobId(7), SystemId(1), 7, {}, JobRelation::none, {}, {}, "", "", "", {}, {}, {}};
     EXPECT_EQ(compact(write_job(job)), R"({"id":7,"ordinal":7,"relation":"none","step_ids":[],"system_id":1,)"
                                        R"("tasks":[],"termination":{"kind":"unknown","normal":false}})");
-    job = {JobId(4), SystemId(2), 0, JobId(0), JobRelation::none,
-           {T::single_point, T::optimization, T::frequency, T::excited_state, T::irc, T::scan, T::neb, T::scan},
-           T::single_point, "B3LYP", "def2-SVP", "opt freq", {StepId(5), StepId(0), StepId(5)},
-           {TerminationKind::error, "SCF", some_span}, model::SourceSpan{model::SourceId(2), {}, {7, 8, 9}}};
-    for (std::uint32_t relation = 0; relation < WireWords<JobRelation>::words.size(); ++relation) {
-        job.relation = static_cast<JobRelation>(relation);
-        job.primary_task = static_cast<TaskKind>(relation + 2);
-        expect_round_trip(job, read_job, write_job);
-    }
 }
 
 }  // namespace

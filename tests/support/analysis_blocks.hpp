@@ -47,10 +47,4 @@ inline void expect_blocks(std::vector<BlockCase> const& cases, std::string const
     }
 }
 
-// A block with every header key set carries `payload` to text and back.
-inline void expect_round_trip(qc::AnalysisPayload payload) {
-    qc::AnalysisBlock const block{qc::AnalysisId(3), qc::JobId(4), 9, qc::StepId(5), std::move(payload), some_span};
-    expect_round_trip(block, qc::json::read_analysis_block, qc::json::write_analysis_block);
-}
-
 }  // namespace morv::testing

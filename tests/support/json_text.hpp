@@ -16,7 +16,6 @@
 #include <yaml-cpp/exceptions.h>
 
 #include <limits>
-#include <optional>
 #include <sstream>
 #include <string>
 #include <type_traits>
@@ -82,24 +81,6 @@ void expect_reads(Read read, std::vector<ReadCase<ReadValue<Read>>> const& cases
             EXPECT_EQ(describe(result.diagnostics), c.diagnostics);
         });
     }
-}
-
-// `record` reads back from its text unchanged and without a diagnostic, and
-// what was read writes the same text again. Gives the text.
-template <typename Record, typename Read, typename Write>
-std::string expect_round_trip(Record const& record, Read read, Write write) {
-    std::string const text = compact(write(record));
-    SCOPED_TRACE(text);
-    for_each_backend(text, [&](Node const& node) {
-        DocumentResult result;
-        std::optional<Record> const back = read(result, node);
-        EXPECT_EQ(describe(result.diagnostics), Lines{});
-        EXPECT_TRUE(back == record);
-        if (back) {
-            EXPECT_EQ(compact(write(*back)), text);
-        }
-    });
-    return text;
 }
 
 }  // namespace morv::testing

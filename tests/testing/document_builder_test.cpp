@@ -1,17 +1,16 @@
-#include "document_generator.hpp"
-
 #include <morv/qc/json/codec.hpp>
+#include <morv/testing/document_builder.hpp>
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-namespace morv::bench {
+namespace morv::testing {
 namespace {
 
 constexpr std::size_t small_document = 20'000;
 
-TEST(DocumentGenerator, TextDecodesCompleteWithItsStoredDiagnosticsAndWritesBackUnchanged) {
+TEST(BuiltRuns, PlainRunDecodesCompleteWithItsStoredDiagnosticsAndWritesBackUnchanged) {
     auto const generated = generate_result(7, small_document);
     std::string const text = qc::json::serialize(generated);
 
@@ -22,15 +21,23 @@ TEST(DocumentGenerator, TextDecodesCompleteWithItsStoredDiagnosticsAndWritesBack
     EXPECT_EQ(decoded.diagnostics, generated.diagnostics);
     EXPECT_TRUE(decoded.value == generated.value);
     EXPECT_EQ(qc::json::serialize(decoded), text);
-}
-
-TEST(DocumentGenerator, SameSeedGivesSameTextAndAnotherSeedAnother) {
-    std::string const text = qc::json::serialize(generate_result(7, small_document));
-
     EXPECT_EQ(qc::json::serialize(generate_result(7, small_document)), text);
     EXPECT_NE(qc::json::serialize(generate_result(8, small_document)), text);
-    EXPECT_TRUE(generate_document(7, small_document) == generate_result(7, small_document).value);
+}
+
+// A fuzzer's input that ends after the seed is the plain run of that seed;
+// the bytes after it put odd values in.
+TEST(BuiltRuns, BytesPastTheSeedDepartFromThePlainRun) {
+    std::string const seed("\0\0\0\0\0\0\0\7", 8);
+    ChoicesFromBytes plain(seed);
+    ChoicesFromBytes odd(seed + std::string(64, '\x35'));
+
+    auto const plain_run = build_result(plain, 0);
+    auto const odd_run = build_result(odd, 0);
+
+    EXPECT_TRUE(plain_run.result.value == generate_result(7, 0).value);
+    EXPECT_FALSE(odd_run.result.value == plain_run.result.value);
 }
 
 }  // namespace
-}  // namespace morv::bench
+}  // namespace morv::testing

@@ -1,5 +1,6 @@
-#include "document_generator.hpp"
-#include "random.hpp"
+#include "odd_values.hpp"
+
+#include <morv/testing/document_builder.hpp>
 
 #include <algorithm>
 #include <array>
@@ -10,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-namespace morv::bench {
+namespace morv::testing {
 namespace {
 
 using chem::Vec3;
@@ -73,7 +74,7 @@ std::pair<double, double> max_and_rms(std::vector<Vec3> const& vectors) {
     return {largest, std::sqrt(squares / static_cast<double>(3 * vectors.size()))};
 }
 
-std::string hex_digest(Random& random) {
+std::string hex_digest(Choices& random) {
     static char const digits[] = "0123456789abcdef";
     std::string text;
     for (int i = 0; i < 64; ++i) {
@@ -93,7 +94,7 @@ std::string formatted(char const* format, double a, double b, double c) {
 // the walk ends.
 class OutputFile {
 public:
-    OutputFile(Random& random, SourceId id) : random_(random), id_(id) {}
+    OutputFile(Choices& random, SourceId id) : random_(random), id_(id) {}
 
     SourcePosition here() const { return {offset_, line_, 1}; }
 
@@ -115,7 +116,7 @@ public:
     std::uint64_t size_bytes() const { return offset_; }
 
 private:
-    Random& random_;
+    Choices& random_;
     SourceId id_;
     std::uint64_t offset_ = 0;
     std::uint64_t line_ = 1;
@@ -196,8 +197,7 @@ struct Atom {
 
 class RunBuilder {
 public:
-    RunBuilder(std::uint64_t seed, Shape shape)
-        : random_(seed), output_(random_, SourceId(1)), shape_(shape) {}
+    RunBuilder(Choices& choices, Shape shape) : random_(choices), output_(random_, SourceId(1)), shape_(shape) {}
 
     model::ParseResult<qc::Document> build() {
         make_molecule();
@@ -761,6 +761,18 @@ private:
         return list;
     }
 
+    // The row of a spectrum for the transition into `state`.
+    static qc::AbsorptionPeak spectrum_row(char const* kind, qc::ExcitedState const& state, double energy) {
+        qc::AbsorptionPeak peak;
+        peak.spectrum_kind = kind;
+        peak.transition = "0-1A -> " + std::to_string(*state.index) + "-1A";
+        peak.target_state_index = state.index;
+        peak.excitation_energy = energy;
+        peak.reported_wavenumber_cm1 = state.reported_wavenumber_cm1;
+        peak.reported_wavelength_nm = state.reported_wavelength_nm;
+        return peak;
+    }
+
     void add_excited_states(std::uint32_t step_id, double ground) {
         std::size_t const count = excited_states_for(atoms_.size());
         std::vector<double> energies;
@@ -808,13 +820,7 @@ private:
             double const moment_squared = 1.5 * *state.oscillator_strength / energies[i];
             Vec3 direction = random_.vector(1.0);
             direction = scaled(direction, std::sqrt(moment_squared) / std::max(length(direction), 1e-6));
-            qc::AbsorptionPeak peak;
-            peak.spectrum_kind = "absorption_electric_dipole";
-            peak.transition = "0-1A -> " + std::to_string(i + 1) + "-1A";
-            peak.target_state_index = state.index;
-            peak.excitation_energy = energies[i];
-            peak.reported_wavenumber_cm1 = state.reported_wavenumber_cm1;
-            peak.reported_wavelength_nm = state.reported_wavelength_nm;
+            qc::AbsorptionPeak peak = spectrum_row("absorption_electric_dipole", state, energies[i]);
             peak.oscillator_strength = state.oscillator_strength;
             peak.strength_label = "fosc";
             peak.strength = state.oscillator_strength;
@@ -826,13 +832,7 @@ private:
         for (std::size_t i = 0; i < count; ++i) {
             auto const& state = block.states[i];
             double const rotatory = random_.uniform(-40.0, 40.0);
-            qc::AbsorptionPeak peak;
-            peak.spectrum_kind = "cd_electric_dipole";
-            peak.transition = "0-1A -> " + std::to_string(i + 1) + "-1A";
-            peak.target_state_index = state.index;
-            peak.excitation_energy = energies[i];
-            peak.reported_wavenumber_cm1 = state.reported_wavenumber_cm1;
-            peak.reported_wavelength_nm = state.reported_wavelength_nm;
+            qc::AbsorptionPeak peak = spectrum_row("cd_electric_dipole", state, energies[i]);
             peak.strength_label = "R";
             peak.strength = rotatory;
             peak.rotatory_strength = rotatory;
@@ -897,7 +897,7 @@ private:
         metadata["optimisation_energies"] = std::move(energies);
     }
 
-    Random random_;
+    Choices& random_;
     OutputFile output_;
     Shape shape_;
     qc::Document document_;
@@ -919,12 +919,30 @@ private:
 
 }  // namespace
 
+BuiltResult build_result(Choices& choices, std::size_t target_bytes, Departures departures) {
+    BuiltResult built{RunBuilder(choices, shape_for(target_bytes)).build()};
+    OddValues odd(choices, departures);
+    odd.vary(built.result.status);
+    odd.vary(built.result.value);
+    odd.vary(built.result.diagnostics);
+    built.all_text_is_utf8 = odd.all_text_is_utf8();
+    return built;
+}
+
 model::ParseResult<qc::Document> generate_result(std::uint64_t seed, std::size_t target_bytes) {
-    return RunBuilder(seed, shape_for(target_bytes)).build();
+    Choices choices(seed);
+    return build_result(choices, target_bytes).result;
 }
 
-qc::Document generate_document(std::uint64_t seed, std::size_t target_bytes) {
-    return generate_result(seed, target_bytes).value;
+model::ParseResult<qc::Document> odd_result(std::uint64_t seed, Departures departures) {
+    constexpr std::size_t bytes_for_every_field = 1 << 16;
+    Choices random(seed);
+    std::string bytes;
+    while (bytes.size() < bytes_for_every_field) {
+        bytes += static_cast<char>(random.next());
+    }
+    ChoicesFromBytes choices(bytes);
+    return build_result(choices, 0, departures).result;
 }
 
-}  // namespace morv::bench
+}  // namespace morv::testing
