@@ -32,9 +32,10 @@ trap 'rm -rf "$scratch"' EXIT
 
 # The text targets start from documents and share the format's dictionary;
 # the longest seed is the 100 KB generated document. The serialize target
-# reads its bytes as the choices of its document builder, for which a few
-# kilobytes make a large document; its corpus is what a long run covered,
-# merged down to one input per edge (-merge=1 -use_counters=0). The importer
+# reads its bytes as the choices of the test-document builder: any bytes make
+# a whole run, the first eight seeding it and the rest choosing where odd
+# values go, so the inputs of earlier runs kept in its corpus are seeds as
+# good as any. The importer
 # starts from the program outputs of the tests, every folder of tests/data
 # (libFuzzer reads a corpus folder with its subfolders).
 seed_corpus() {
