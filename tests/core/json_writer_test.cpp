@@ -1,4 +1,5 @@
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
+#include "sections/extensions.hpp"
 #include "support/json_text.hpp"
 
 #include "random.hpp"
@@ -7,55 +8,93 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <functional>
 
 namespace morv::qc::json {
 namespace {
 
 using namespace morv::testing;
+using model::ExtensionValue;
+using Members = std::map<std::string, ExtensionValue>;
 
-std::string pretty(JsonValue const& value, std::uint32_t indent = 2) {
+std::string printed(std::function<void(JsonPrinter&)> const& print, bool pretty = false, std::uint32_t indent = 2) {
     SerializeOptions options;
-    options.pretty = true;
+    options.pretty = pretty;
     options.indent = indent;
-    std::ostringstream out;
-    write_json(out, value, options);
-    return out.str();
+    JsonPrinter printer(options);
+    print(printer);
+    return printer.finish();
 }
 
-TEST(JsonWriter, ObjectKeysComeOutInByteOrderWhateverTheOrderOfAssignment) {
-    JsonValue object;
-    for (char const* key : {"b", "a", "B", "a_b", "id"}) {
-        object[key] = key;
-    }
-    EXPECT_EQ(compact(object), R"({"B":"B","a":"a","a_b":"a_b","b":"b","id":"id"})");
+template <typename Value>
+std::string printed_value(Value const& value) {
+    return printed([&](JsonPrinter& printer) { printer.value(value); });
 }
 
 TEST(JsonWriter, PrettyFormBreaksEveryElementAndIndentsByDepth) {
-    JsonValue object;
-    object["b"].push_back(1);
-    object["b"].push_back(make_json_object());
-    object["a"] = nullptr;
-    object["c"]["k"].push_back(make_json_array());
-    EXPECT_EQ(compact(object), R"({"a":null,"b":[1,{}],"c":{"k":[[]]}})");
-    EXPECT_EQ(pretty(object), "{\n  \"a\": null,\n  \"b\": [\n    1,\n    {}\n  ],\n  \"c\": {\n    \"k\": [\n"
-                              "      []\n    ]\n  }\n}");
-    EXPECT_EQ(pretty(object, 0), "{\n\"a\": null,\n\"b\": [\n1,\n{}\n],\n\"c\": {\n\"k\": [\n[]\n]\n}\n}");
+    auto const print = [](JsonPrinter& printer) {
+        printer.begin_object();
+        printer.key("a");
+        printer.null();
+        printer.key("b");
+        printer.begin_array();
+        printer.value(1);
+        printer.begin_object();
+        printer.end_object();
+        printer.end_array();
+        printer.key("c");
+        printer.begin_object();
+        printer.key("k");
+        printer.begin_array();
+        printer.begin_array();
+        printer.end_array();
+        printer.end_array();
+        printer.end_object();
+        printer.end_object();
+    };
+    EXPECT_EQ(printed(print), R"({"a":null,"b":[1,{}],"c":{"k":[[]]}})");
+    EXPECT_EQ(printed(print, true), "{\n  \"a\": null,\n  \"b\": [\n    1,\n    {}\n  ],\n  \"c\": {\n    \"k\": [\n"
+                                    "      []\n    ]\n  }\n}\n");
+    EXPECT_EQ(printed(print, true, 0), "{\n\"a\": null,\n\"b\": [\n1,\n{}\n],\n\"c\": {\n\"k\": [\n[]\n]\n}\n}\n");
+}
+
+// Merged members go in where their keys fall, a printed key replaces a merged
+// one of the same name, and an object merged into inside another hands the
+// outer one back when it closes.
+TEST(JsonWriter, MergedMembersFallAmongThePrintedKeysInByteOrder) {
+    Members const outer{{"", {1ull}}, {"b", {2ull}}, {"d", {std::string("dropped")}}, {"z", {Members{{"y", {true}}}}}};
+    Members const inner{{"a", {nullptr}}, {"c", {3ull}}};
+    std::string const text = printed([&](JsonPrinter& printer) {
+        ExtensionMembers outer_members(outer);
+        printer.begin_object(outer_members);
+        printer.key("c");
+        ExtensionMembers inner_members(inner);
+        printer.begin_object(inner_members);
+        printer.member("b", 0);
+        printer.end_object();
+        printer.member("d", 4);
+        printer.member("e", 5);
+        printer.end_object();
+    });
+    EXPECT_EQ(text, R"({"":1,"b":2,"c":{"a":null,"b":0,"c":3},"d":4,"e":5,"z":{"y":true}})");
 }
 
 TEST(JsonWriter, NumbersPrintAsPrintfWithSeventeenDigitsAndNonFiniteAsNull) {
-    std::pair<JsonValue, char const*> const cases[] = {
+    std::pair<double, char const*> const doubles[] = {
         {-0.0, "-0"},
         // Exact halves at the eighteenth digit, which go to the even digit.
         {1234567890123456.25, "1234567890123456.2"}, {1234567890123456.75, "1234567890123456.8"},
         {std::numeric_limits<double>::max(), "1.7976931348623157e+308"},
         {std::numeric_limits<double>::denorm_min(), "4.9406564584124654e-324"},
-        {nan, "null"}, {-inf, "null"}, {-5, "-5"},
-        {std::numeric_limits<unsigned long long>::max(), "18446744073709551615"},
-        {std::numeric_limits<long long>::min(), "-9223372036854775808"}, {false, "false"}, {nullptr, "null"},
+        {nan, "null"}, {-inf, "null"},
     };
-    for (auto const& [value, text] : cases) {
-        EXPECT_EQ(compact(value), text);
+    for (auto const& [value, text] : doubles) {
+        EXPECT_EQ(printed_value(value), text);
     }
+    EXPECT_EQ(printed_value(-5), "-5");
+    EXPECT_EQ(printed_value(std::numeric_limits<unsigned long long>::max()), "18446744073709551615");
+    EXPECT_EQ(printed_value(std::numeric_limits<long long>::min()), "-9223372036854775808");
+    EXPECT_EQ(printed_value(false), "false");
 }
 
 // The printer makes the digits of doubles from 2^-36 to 2^51 itself and
@@ -63,7 +102,6 @@ TEST(JsonWriter, NumbersPrintAsPrintfWithSeventeenDigitsAndNonFiniteAsNull) {
 TEST(JsonWriter, DoublesPrintAsPrintfOverAMillionSamples) {
     bench::Random random(17);
     constexpr double powers_of_ten[] = {1, 10, 100, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8};
-    std::string text;
     char expected[32];
     for (int i = 0; i < 1'000'000; ++i) {
         double value = 0;
@@ -89,9 +127,7 @@ TEST(JsonWriter, DoublesPrintAsPrintfOverAMillionSamples) {
             continue;
         }
         std::snprintf(expected, sizeof expected, "%.17g", value);
-        text.clear();
-        write_json(text, JsonValue(value), SerializeOptions{});
-        ASSERT_EQ(text, expected);
+        ASSERT_EQ(printed_value(value), expected);
     }
 }
 
@@ -103,27 +139,35 @@ TEST(JsonWriter, StringsEscapeQuotesBackslashesAndControlBytesOnly) {
         {"A\x7f\xc3\xa9/", "\"A\x7f\xc3\xa9/\""},
         {"\xff\xfe", "\"\xff\xfe\""},
     };
-    for (auto const& [text, printed] : cases) {
-        EXPECT_EQ(compact(JsonValue(text)), printed);
+    for (auto const& [text, expected] : cases) {
+        EXPECT_EQ(printed_value(text), expected);
     }
-    JsonValue object;
-    object["line\nbreak"] = "x";
-    EXPECT_EQ(compact(object), R"({"line\nbreak":"x"})");
+    EXPECT_EQ(printed([](JsonPrinter& printer) {
+                  printer.begin_object();
+                  printer.member("line\nbreak", "x");
+                  printer.end_object();
+              }),
+              R"({"line\nbreak":"x"})");
 }
 
-TEST(JsonValue, AssignmentAndAccessReplaceWhateverTheValueHeld) {
-    JsonValue object;
-    object["k"] = 1;
-    object["k"] = "two";
-    EXPECT_EQ(compact(object), R"({"k":"two"})");
-    JsonValue number = 5;
-    number["k"] = true;
-    EXPECT_EQ(compact(number), R"({"k":true})");
-    JsonValue array = make_json_object();
-    array["gone"] = 1;
-    array.push_back(2.5);
-    EXPECT_EQ(compact(array), "[2.5]");
-    EXPECT_EQ(compact(JsonValue(static_cast<char const*>(nullptr))), R"("")");
+// Texts far longer than the first piece of the buffer, made of tokens of
+// every size, come out whole.
+TEST(JsonWriter, LongTextsComeOutWhole) {
+    std::string const escapes(100'000, '\n');
+    std::string expected = "[";
+    std::string const text = printed([&](JsonPrinter& printer) {
+        printer.begin_array();
+        for (int i = 0; i < 50'000; ++i) {
+            printer.value(i + 0.5);
+            expected += std::to_string(i) + ".5,";
+        }
+        printer.value(escapes);
+        printer.end_array();
+    });
+    for (std::size_t i = 0; i < escapes.size(); ++i) {
+        expected += i == 0 ? "\"\\n" : "\\n";
+    }
+    EXPECT_EQ(text, expected + "\"]");
 }
 
 }  // namespace

@@ -18,7 +18,7 @@ TEST(EnergyValue, WritesDerivedUnitsAndAWavelengthOnlyForAnEnergyAboveZero) {
         {nan, R"({"electron_volt":null,"hartree":null,"wavelength_nm":null,"wavenumber_cm1":null})"},
     };
     for (auto const& [hartree, text] : cases) {
-        EXPECT_EQ(compact(write_energy_value(hartree)), text) << hartree;
+        EXPECT_EQ(compact(write_energy_value, hartree), text) << hartree;
     }
 }
 
@@ -35,7 +35,7 @@ TEST(EnergyRecords, IdAndValueAreBothReadAndEitherDropsTheRecord) {
 }
 
 TEST(EnergyRecords, EveryKindAndKeyTravelsThroughText) {
-    EXPECT_EQ(compact(write_energy_record(EnergyRecord{})), R"({"id":0,"kind":"unknown","value":)" + zero_energy + "}");
+    EXPECT_EQ(compact(write_energy_record, EnergyRecord{}), R"({"id":0,"kind":"unknown","value":)" + zero_energy + "}");
     for (std::uint32_t kind = 0; kind < WireWords<EnergyKind>::words.size(); ++kind) {
         EnergyRecord const record{EnergyId(kind + 40), static_cast<EnergyKind>(kind), "G", "B3LYP", -0.5, some_span};
         std::string const text = expect_round_trip(record, read_energy_record, write_energy_record);

@@ -42,11 +42,11 @@ TEST(Normalization, SwitchesStayRequestedUnlessTheTextSaysFalse) {
 }
 
 TEST(Program, WritesEmptyOptionalStringsOnlyForName) {
-    EXPECT_EQ(compact(write_program(ProgramInfo{ProgramKind::orca, "", "", "", {}})),
+    EXPECT_EQ(compact(write_program, ProgramInfo{ProgramKind::orca, "", "", "", {}}),
               R"({"kind":"orca","name":"","termination":{"kind":"unknown","normal":false}})");
-    EXPECT_EQ(compact(write_termination(Termination{TerminationKind::normal, "", std::nullopt})),
+    EXPECT_EQ(compact(write_termination, Termination{TerminationKind::normal, "", std::nullopt}),
               R"({"kind":"normal","normal":true})");
-    EXPECT_EQ(compact(write_termination(Termination{static_cast<TerminationKind>(9), "", std::nullopt})),
+    EXPECT_EQ(compact(write_termination, Termination{static_cast<TerminationKind>(9), "", std::nullopt}),
               R"({"kind":"unknown","normal":false})");
 }
 

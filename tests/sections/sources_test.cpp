@@ -30,7 +30,7 @@ TEST(Sources, TheListClosesGapsOfDroppedFilesAndAScalarElementEndsTheDecode) {
 }
 
 TEST(Sources, EveryFieldTravelsThroughTextAndSetEmptyStringsAreKept) {
-    EXPECT_EQ(compact(write_source_file(SourceFile{SourceId(3), "", {}, {}, {}})), R"({"id":3,"path":""})");
+    EXPECT_EQ(compact(write_source_file, SourceFile{SourceId(3), "", {}, {}, {}}), R"({"id":3,"path":""})");
     SourceFile const file{SourceId(4294967295u), "run/a.log", "", 18446744073709551615ull, "E=\"-1\"\n"};
     EXPECT_EQ(expect_round_trip(file, read_source_file, write_source_file),
               R"({"embedded_content":"E=\"-1\"\n","id":4294967295,"path":"run/a.log","sha256":"",)"

@@ -32,7 +32,7 @@ TEST(Steps, UnusableIdsDropTheStepWhileOtherFaultsOnlyCostTheirField) {
 
 TEST(Steps, EveryKeyTravelsThroughText) {
     CalculationStep step{StepId(9), JobId(1), SystemId(2), 9, {}, {}, {}, {}, {}, {}, {}};
-    EXPECT_EQ(compact(write_step(step)), R"({"energies":[],"id":9,"job_id":1,"ordinal":9,"system_id":2})");
+    EXPECT_EQ(compact(write_step, step), R"({"energies":[],"id":9,"job_id":1,"ordinal":9,"system_id":2})");
     step = {StepId(4), JobId(5), SystemId(6), 0, -3, FrameId(0), {EnergyRecord{EnergyId(1), EnergyKind::scf, "", "", -76.4, some_span}},
             EnergyId(8), GradientRecord{{{0.5, -1e-05, 0}}, 1e-300, {}, {}, some_span},
             ConvergenceRecord{{{CriterionKind::rms_force, 3e-4, {}, true, ""}}, ConvergenceStatus::converged, {}}, some_span};
