@@ -108,7 +108,11 @@ private:
         return cursor_;
     }
     void advance(char* end) { cursor_ = end; }
-    void put(char c) { *room(1) = c, ++cursor_; }
+    void put(char c) {
+        char* out = room(1);
+        *out = c;
+        advance(out + 1);
+    }
     void put(std::string_view word);
     void start_chunk(std::size_t size);
     void close_chunk();
