@@ -8,54 +8,31 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <functional>
 
 namespace morv::qc::json {
 namespace {
 
 using namespace morv::testing;
 using model::ExtensionValue;
+using Items = std::vector<ExtensionValue>;
 using Members = std::map<std::string, ExtensionValue>;
 
-std::string printed(std::function<void(JsonPrinter&)> const& print, bool pretty = false, std::uint32_t indent = 2) {
+std::string pretty(ExtensionValue const& value, std::uint32_t indent) {
     SerializeOptions options;
-    options.pretty = pretty;
+    options.pretty = true;
     options.indent = indent;
     JsonPrinter printer(options);
-    print(printer);
+    write_extension_value(printer, value);
     return printer.finish();
 }
 
-template <typename Value>
-std::string printed_value(Value const& value) {
-    return printed([&](JsonPrinter& printer) { printer.value(value); });
-}
-
 TEST(JsonWriter, PrettyFormBreaksEveryElementAndIndentsByDepth) {
-    auto const print = [](JsonPrinter& printer) {
-        printer.begin_object();
-        printer.key("a");
-        printer.null();
-        printer.key("b");
-        printer.begin_array();
-        printer.value(1);
-        printer.begin_object();
-        printer.end_object();
-        printer.end_array();
-        printer.key("c");
-        printer.begin_object();
-        printer.key("k");
-        printer.begin_array();
-        printer.begin_array();
-        printer.end_array();
-        printer.end_array();
-        printer.end_object();
-        printer.end_object();
-    };
-    EXPECT_EQ(printed(print), R"({"a":null,"b":[1,{}],"c":{"k":[[]]}})");
-    EXPECT_EQ(printed(print, true), "{\n  \"a\": null,\n  \"b\": [\n    1,\n    {}\n  ],\n  \"c\": {\n    \"k\": [\n"
-                                    "      []\n    ]\n  }\n}\n");
-    EXPECT_EQ(printed(print, true, 0), "{\n\"a\": null,\n\"b\": [\n1,\n{}\n],\n\"c\": {\n\"k\": [\n[]\n]\n}\n}\n");
+    ExtensionValue const value{
+        Members{{"a", {nullptr}}, {"b", {Items{{1ull}, {Members{}}}}}, {"c", {Members{{"k", {Items{{Items{}}}}}}}}}};
+    EXPECT_EQ(compact(write_extension_value, value), R"({"a":null,"b":[1,{}],"c":{"k":[[]]}})");
+    EXPECT_EQ(pretty(value, 2), "{\n  \"a\": null,\n  \"b\": [\n    1,\n    {}\n  ],\n  \"c\": {\n    \"k\": [\n"
+                                "      []\n    ]\n  }\n}\n");
+    EXPECT_EQ(pretty(value, 0), "{\n\"a\": null,\n\"b\": [\n1,\n{}\n],\n\"c\": {\n\"k\": [\n[]\n]\n}\n}\n");
 }
 
 // Merged members go in where their keys fall, a printed key replaces a merged
@@ -64,37 +41,40 @@ TEST(JsonWriter, PrettyFormBreaksEveryElementAndIndentsByDepth) {
 TEST(JsonWriter, MergedMembersFallAmongThePrintedKeysInByteOrder) {
     Members const outer{{"", {1ull}}, {"b", {2ull}}, {"d", {std::string("dropped")}}, {"z", {Members{{"y", {true}}}}}};
     Members const inner{{"a", {nullptr}}, {"c", {3ull}}};
-    std::string const text = printed([&](JsonPrinter& printer) {
-        ExtensionMembers outer_members(outer);
-        printer.begin_object(outer_members);
-        printer.key("c");
-        ExtensionMembers inner_members(inner);
-        printer.begin_object(inner_members);
-        printer.member("b", 0);
-        printer.end_object();
-        printer.member("d", 4);
-        printer.member("e", 5);
-        printer.end_object();
-    });
-    EXPECT_EQ(text, R"({"":1,"b":2,"c":{"a":null,"b":0,"c":3},"d":4,"e":5,"z":{"y":true}})");
+    SerializeOptions const options;
+    JsonPrinter printer(options);
+    ExtensionMembers outer_members(outer);
+    printer.begin_object(outer_members);
+    printer.key("c");
+    ExtensionMembers inner_members(inner);
+    printer.begin_object(inner_members);
+    printer.member("b", 0);
+    printer.end_object();
+    printer.member("d", 4);
+    printer.member("e", 5);
+    printer.end_object();
+    EXPECT_EQ(printer.finish(), R"({"":1,"b":2,"c":{"a":null,"b":0,"c":3},"d":4,"e":5,"z":{"y":true}})");
 }
 
-TEST(JsonWriter, NumbersPrintAsPrintfWithSeventeenDigitsAndNonFiniteAsNull) {
-    std::pair<double, char const*> const doubles[] = {
-        {-0.0, "-0"},
+TEST(JsonWriter, ScalarsPrintAsPrintfWithSeventeenDigitsNonFiniteAsNullAndStringsEscapedByteByByte) {
+    std::pair<ExtensionValue, std::string> const cases[] = {
+        {{-0.0}, "-0"},
         // Exact halves at the eighteenth digit, which go to the even digit.
-        {1234567890123456.25, "1234567890123456.2"}, {1234567890123456.75, "1234567890123456.8"},
-        {std::numeric_limits<double>::max(), "1.7976931348623157e+308"},
-        {std::numeric_limits<double>::denorm_min(), "4.9406564584124654e-324"},
-        {nan, "null"}, {-inf, "null"},
+        {{1234567890123456.25}, "1234567890123456.2"}, {{1234567890123456.75}, "1234567890123456.8"},
+        {{std::numeric_limits<double>::max()}, "1.7976931348623157e+308"},
+        {{std::numeric_limits<double>::denorm_min()}, "4.9406564584124654e-324"},
+        {{nan}, "null"}, {{-inf}, "null"}, {{-5ll}, "-5"},
+        {{std::numeric_limits<unsigned long long>::max()}, "18446744073709551615"},
+        {{std::numeric_limits<long long>::min()}, "-9223372036854775808"}, {{false}, "false"},
+        {{std::string("\"\\")}, R"("\"\\")"},
+        {{std::string("\b\t\n\f\r")}, R"("\b\t\n\f\r")"},
+        {{std::string("\x00\x0b\x1f", 3)}, R"("\u0000\u000b\u001f")"},
+        {{std::string("A\x7f\xc3\xa9/\xff")}, "\"A\x7f\xc3\xa9/\xff\""},
+        {{Members{{"line\nbreak", {std::string("x")}}}}, R"({"line\nbreak":"x"})"},
     };
-    for (auto const& [value, text] : doubles) {
-        EXPECT_EQ(printed_value(value), text);
+    for (auto const& [value, text] : cases) {
+        EXPECT_EQ(compact(write_extension_value, value), text);
     }
-    EXPECT_EQ(printed_value(-5), "-5");
-    EXPECT_EQ(printed_value(std::numeric_limits<unsigned long long>::max()), "18446744073709551615");
-    EXPECT_EQ(printed_value(std::numeric_limits<long long>::min()), "-9223372036854775808");
-    EXPECT_EQ(printed_value(false), "false");
 }
 
 // The printer makes the digits of doubles from 2^-36 to 2^51 itself and
@@ -127,47 +107,25 @@ TEST(JsonWriter, DoublesPrintAsPrintfOverAMillionSamples) {
             continue;
         }
         std::snprintf(expected, sizeof expected, "%.17g", value);
-        ASSERT_EQ(printed_value(value), expected);
+        ASSERT_EQ(compact(write_extension_value, {value}), expected);
     }
-}
-
-TEST(JsonWriter, StringsEscapeQuotesBackslashesAndControlBytesOnly) {
-    std::pair<std::string, std::string> const cases[] = {
-        {"\"\\", R"("\"\\")"},
-        {"\b\t\n\f\r", R"("\b\t\n\f\r")"},
-        {std::string("\x00\x0b\x1f", 3), R"("\u0000\u000b\u001f")"},
-        {"A\x7f\xc3\xa9/", "\"A\x7f\xc3\xa9/\""},
-        {"\xff\xfe", "\"\xff\xfe\""},
-    };
-    for (auto const& [text, expected] : cases) {
-        EXPECT_EQ(printed_value(text), expected);
-    }
-    EXPECT_EQ(printed([](JsonPrinter& printer) {
-                  printer.begin_object();
-                  printer.member("line\nbreak", "x");
-                  printer.end_object();
-              }),
-              R"({"line\nbreak":"x"})");
 }
 
 // Texts far longer than the first piece of the buffer, made of tokens of
 // every size, come out whole.
 TEST(JsonWriter, LongTextsComeOutWhole) {
-    std::string const escapes(100'000, '\n');
+    Items items;
     std::string expected = "[";
-    std::string const text = printed([&](JsonPrinter& printer) {
-        printer.begin_array();
-        for (int i = 0; i < 50'000; ++i) {
-            printer.value(i + 0.5);
-            expected += std::to_string(i) + ".5,";
-        }
-        printer.value(escapes);
-        printer.end_array();
-    });
-    for (std::size_t i = 0; i < escapes.size(); ++i) {
-        expected += i == 0 ? "\"\\n" : "\\n";
+    for (int i = 0; i < 50'000; ++i) {
+        items.push_back({i + 0.5});
+        expected += std::to_string(i) + ".5,";
     }
-    EXPECT_EQ(text, expected + "\"]");
+    items.push_back({std::string(100'000, '\n')});
+    expected += '"';
+    for (int i = 0; i < 100'000; ++i) {
+        expected += "\\n";
+    }
+    EXPECT_EQ(compact(write_extension_value, {items}), expected + "\"]");
 }
 
 }  // namespace
