@@ -9,6 +9,7 @@
 #include <limits>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 namespace morv::qc::json {
 namespace {
@@ -196,8 +197,7 @@ std::uint32_t indentation(SerializeOptions const& options, std::uint32_t depth) 
 
 // The first chunk holds a small document whole. Each further one holds a
 // 64th of what is printed so far: the chunks all live until `finish` copies
-// them into the text, so the heap then holds the text twice and at most a
-// 64th more, and a text of 40 MB still takes only some hundreds of them.
+// them into the text, and a text of 40 MB still takes only some hundreds.
 constexpr std::size_t first_chunk = 8192;
 constexpr std::size_t chunk_share = 64;
 
@@ -213,6 +213,7 @@ std::string JsonPrinter::finish() {
         put('\n');
     }
     close_chunk();
+    trim_last_chunk();
     std::string text;
     text.reserve(chunks_bytes_);
     for (Chunk const& chunk : chunks_) {
@@ -230,6 +231,19 @@ void JsonPrinter::close_chunk() {
         last.used = static_cast<std::size_t>(cursor_ - last.bytes.get());
         chunks_bytes_ += last.used;
     }
+}
+
+// The last chunk is mostly part empty. A copy of what it holds lets the
+// rest go before the text is allocated, so that the heap then holds what is
+// printed twice and hardly more.
+void JsonPrinter::trim_last_chunk() {
+    if (chunks_.empty()) {
+        return;
+    }
+    Chunk& last = chunks_.back();
+    std::unique_ptr<char[]> held(new char[last.used]);
+    std::memcpy(held.get(), last.bytes.get(), last.used);
+    last.bytes = std::move(held);
 }
 
 void JsonPrinter::start_chunk(std::size_t size) {

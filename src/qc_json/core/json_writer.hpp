@@ -116,6 +116,7 @@ private:
     void put(std::string_view word);
     void start_chunk(std::size_t size);
     void close_chunk();
+    void trim_last_chunk();
 
     struct Chunk {
         std::unique_ptr<char[]> bytes;
