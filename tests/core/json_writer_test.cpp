@@ -1,4 +1,5 @@
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
+#include "sections/extensions.hpp"
 #include "support/json_text.hpp"
 
 #include "random.hpp"
@@ -12,49 +13,67 @@ namespace morv::qc::json {
 namespace {
 
 using namespace morv::testing;
+using model::ExtensionValue;
+using Items = std::vector<ExtensionValue>;
+using Members = std::map<std::string, ExtensionValue>;
 
-std::string pretty(JsonValue const& value, std::uint32_t indent = 2) {
+std::string pretty(ExtensionValue const& value, std::uint32_t indent) {
     SerializeOptions options;
     options.pretty = true;
     options.indent = indent;
-    std::ostringstream out;
-    write_json(out, value, options);
-    return out.str();
-}
-
-TEST(JsonWriter, ObjectKeysComeOutInByteOrderWhateverTheOrderOfAssignment) {
-    JsonValue object;
-    for (char const* key : {"b", "a", "B", "a_b", "id"}) {
-        object[key] = key;
-    }
-    EXPECT_EQ(compact(object), R"({"B":"B","a":"a","a_b":"a_b","b":"b","id":"id"})");
+    JsonPrinter printer(options);
+    write_extension_value(printer, value);
+    return printer.finish();
 }
 
 TEST(JsonWriter, PrettyFormBreaksEveryElementAndIndentsByDepth) {
-    JsonValue object;
-    object["b"].push_back(1);
-    object["b"].push_back(make_json_object());
-    object["a"] = nullptr;
-    object["c"]["k"].push_back(make_json_array());
-    EXPECT_EQ(compact(object), R"({"a":null,"b":[1,{}],"c":{"k":[[]]}})");
-    EXPECT_EQ(pretty(object), "{\n  \"a\": null,\n  \"b\": [\n    1,\n    {}\n  ],\n  \"c\": {\n    \"k\": [\n"
-                              "      []\n    ]\n  }\n}");
-    EXPECT_EQ(pretty(object, 0), "{\n\"a\": null,\n\"b\": [\n1,\n{}\n],\n\"c\": {\n\"k\": [\n[]\n]\n}\n}");
+    ExtensionValue const value{
+        Members{{"a", {nullptr}}, {"b", {Items{{1ull}, {Members{}}}}}, {"c", {Members{{"k", {Items{{Items{}}}}}}}}}};
+    EXPECT_EQ(compact(write_extension_value, value), R"({"a":null,"b":[1,{}],"c":{"k":[[]]}})");
+    EXPECT_EQ(pretty(value, 2), "{\n  \"a\": null,\n  \"b\": [\n    1,\n    {}\n  ],\n  \"c\": {\n    \"k\": [\n"
+                                "      []\n    ]\n  }\n}\n");
+    EXPECT_EQ(pretty(value, 0), "{\n\"a\": null,\n\"b\": [\n1,\n{}\n],\n\"c\": {\n\"k\": [\n[]\n]\n}\n}\n");
 }
 
-TEST(JsonWriter, NumbersPrintAsPrintfWithSeventeenDigitsAndNonFiniteAsNull) {
-    std::pair<JsonValue, char const*> const cases[] = {
-        {-0.0, "-0"},
+// Merged members go in where their keys fall, a printed key replaces a merged
+// one of the same name, and an object merged into inside another hands the
+// outer one back when it closes.
+TEST(JsonWriter, MergedMembersFallAmongThePrintedKeysInByteOrder) {
+    Members const outer{{"", {1ull}}, {"b", {2ull}}, {"d", {std::string("dropped")}}, {"z", {Members{{"y", {true}}}}}};
+    Members const inner{{"a", {nullptr}}, {"c", {3ull}}};
+    SerializeOptions const options;
+    JsonPrinter printer(options);
+    ExtensionMembers outer_members(outer);
+    printer.begin_object(outer_members);
+    printer.key("c");
+    ExtensionMembers inner_members(inner);
+    printer.begin_object(inner_members);
+    printer.member("b", 0);
+    printer.end_object();
+    printer.member("d", 4);
+    printer.member("e", 5);
+    printer.end_object();
+    EXPECT_EQ(printer.finish(), R"({"":1,"b":2,"c":{"a":null,"b":0,"c":3},"d":4,"e":5,"z":{"y":true}})");
+}
+
+TEST(JsonWriter, ScalarsPrintAsPrintfWithSeventeenDigitsNonFiniteAsNullAndStringsEscapedByteByByte) {
+    std::pair<ExtensionValue, std::string> const cases[] = {
+        {{-0.0}, "-0"},
         // Exact halves at the eighteenth digit, which go to the even digit.
-        {1234567890123456.25, "1234567890123456.2"}, {1234567890123456.75, "1234567890123456.8"},
-        {std::numeric_limits<double>::max(), "1.7976931348623157e+308"},
-        {std::numeric_limits<double>::denorm_min(), "4.9406564584124654e-324"},
-        {nan, "null"}, {-inf, "null"}, {-5, "-5"},
-        {std::numeric_limits<unsigned long long>::max(), "18446744073709551615"},
-        {std::numeric_limits<long long>::min(), "-9223372036854775808"}, {false, "false"}, {nullptr, "null"},
+        {{1234567890123456.25}, "1234567890123456.2"}, {{1234567890123456.75}, "1234567890123456.8"},
+        {{std::numeric_limits<double>::max()}, "1.7976931348623157e+308"},
+        {{std::numeric_limits<double>::denorm_min()}, "4.9406564584124654e-324"},
+        {{nan}, "null"}, {{-inf}, "null"}, {{-5ll}, "-5"},
+        {{std::numeric_limits<unsigned long long>::max()}, "18446744073709551615"},
+        {{std::numeric_limits<long long>::min()}, "-9223372036854775808"}, {{false}, "false"},
+        {{std::string("\"\\")}, R"("\"\\")"},
+        {{std::string("\b\t\n\f\r")}, R"("\b\t\n\f\r")"},
+        {{std::string("\x00\x0b\x1f", 3)}, R"("\u0000\u000b\u001f")"},
+        {{std::string("A\x7f\xc3\xa9/\xff")}, "\"A\x7f\xc3\xa9/\xff\""},
+        {{Members{{"line\nbreak", {std::string("x")}}}}, R"({"line\nbreak":"x"})"},
     };
     for (auto const& [value, text] : cases) {
-        EXPECT_EQ(compact(value), text);
+        EXPECT_EQ(compact(write_extension_value, value), text);
     }
 }
 
@@ -63,7 +82,6 @@ TEST(JsonWriter, NumbersPrintAsPrintfWithSeventeenDigitsAndNonFiniteAsNull) {
 TEST(JsonWriter, DoublesPrintAsPrintfOverAMillionSamples) {
     bench::Random random(17);
     constexpr double powers_of_ten[] = {1, 10, 100, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8};
-    std::string text;
     char expected[32];
     for (int i = 0; i < 1'000'000; ++i) {
         double value = 0;
@@ -89,41 +107,25 @@ TEST(JsonWriter, DoublesPrintAsPrintfOverAMillionSamples) {
             continue;
         }
         std::snprintf(expected, sizeof expected, "%.17g", value);
-        text.clear();
-        write_json(text, JsonValue(value), SerializeOptions{});
-        ASSERT_EQ(text, expected);
+        ASSERT_EQ(compact(write_extension_value, {value}), expected);
     }
 }
 
-TEST(JsonWriter, StringsEscapeQuotesBackslashesAndControlBytesOnly) {
-    std::pair<std::string, std::string> const cases[] = {
-        {"\"\\", R"("\"\\")"},
-        {"\b\t\n\f\r", R"("\b\t\n\f\r")"},
-        {std::string("\x00\x0b\x1f", 3), R"("\u0000\u000b\u001f")"},
-        {"A\x7f\xc3\xa9/", "\"A\x7f\xc3\xa9/\""},
-        {"\xff\xfe", "\"\xff\xfe\""},
-    };
-    for (auto const& [text, printed] : cases) {
-        EXPECT_EQ(compact(JsonValue(text)), printed);
+// Texts far longer than the first piece of the buffer, made of tokens of
+// every size, come out whole.
+TEST(JsonWriter, LongTextsComeOutWhole) {
+    Items items;
+    std::string expected = "[";
+    for (int i = 0; i < 50'000; ++i) {
+        items.push_back({i + 0.5});
+        expected += std::to_string(i) + ".5,";
     }
-    JsonValue object;
-    object["line\nbreak"] = "x";
-    EXPECT_EQ(compact(object), R"({"line\nbreak":"x"})");
-}
-
-TEST(JsonValue, AssignmentAndAccessReplaceWhateverTheValueHeld) {
-    JsonValue object;
-    object["k"] = 1;
-    object["k"] = "two";
-    EXPECT_EQ(compact(object), R"({"k":"two"})");
-    JsonValue number = 5;
-    number["k"] = true;
-    EXPECT_EQ(compact(number), R"({"k":true})");
-    JsonValue array = make_json_object();
-    array["gone"] = 1;
-    array.push_back(2.5);
-    EXPECT_EQ(compact(array), "[2.5]");
-    EXPECT_EQ(compact(JsonValue(static_cast<char const*>(nullptr))), R"("")");
+    items.push_back({std::string(100'000, '\n')});
+    expected += '"';
+    for (int i = 0; i < 100'000; ++i) {
+        expected += "\\n";
+    }
+    EXPECT_EQ(compact(write_extension_value, {items}), expected + "\"]");
 }
 
 }  // namespace

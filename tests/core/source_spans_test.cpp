@@ -61,7 +61,7 @@ TEST(StoredDiagnostics, WriteSeverityAlwaysCodeOnlyWhenSetAndMessageAlwaysAndRea
         {Severity::note, "a.b", "text", span(4294967295u, {1, 2, 3}, {18446744073709551615ull, 5, 6})},
         {Severity::warning, "w", "\"quoted\"", span(0)},
     };
-    std::string const text = compact(write_diagnostics(diagnostics));
+    std::string const text = compact(write_diagnostics, diagnostics);
     EXPECT_EQ(text, R"([{"message":"","severity":"error"},)"
                     R"({"code":"a.b","message":"text","severity":"note","source":{"begin":{"column":3,"line":2,"offset":1},)"
                     R"("end":{"column":6,"line":5,"offset":18446744073709551615},"source_id":4294967295}},)"
@@ -70,7 +70,7 @@ TEST(StoredDiagnostics, WriteSeverityAlwaysCodeOnlyWhenSetAndMessageAlwaysAndRea
     DocumentResult result;
     read_diagnostics(result, load_text(text));
     EXPECT_EQ(result.diagnostics, diagnostics);
-    EXPECT_EQ(compact(write_diagnostics({{static_cast<Severity>(7), "", "", std::nullopt}})),
+    EXPECT_EQ(compact(write_diagnostics, {{static_cast<Severity>(7), "", "", std::nullopt}}),
               R"([{"message":"","severity":"note"}])");
 }
 

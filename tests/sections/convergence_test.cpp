@@ -38,10 +38,10 @@ TEST(Convergence, UnknownWordsFallBackInSilenceAndACriterionIsNeverDropped) {
 }
 
 TEST(Convergence, OptionalKeysAreWrittenByPresenceWhateverTheirValue) {
-    EXPECT_EQ(compact(write_gradient(GradientRecord{{}, nan, {}, 0.0, {}})),
+    EXPECT_EQ(compact(write_gradient, GradientRecord{{}, nan, {}, 0.0, {}}),
               R"({"max":0,"norm":null,"unit":"hartree_per_bohr"})");
-    EXPECT_EQ(compact(write_convergence(ConvergenceRecord{})), R"({"criteria":[],"status":"unknown"})");
-    EXPECT_EQ(compact(write_convergence({{{K::max_force, nan, 0.0, false, ""}}, ConvergenceStatus::converged, {}})),
+    EXPECT_EQ(compact(write_convergence, ConvergenceRecord{}), R"({"criteria":[],"status":"unknown"})");
+    EXPECT_EQ(compact(write_convergence, {{{K::max_force, nan, 0.0, false, ""}}, ConvergenceStatus::converged, {}}),
               R"({"criteria":[{"kind":"max_force","satisfied":false,"threshold":0,"value":null}],"status":"converged"})");
 }
 

@@ -18,7 +18,7 @@ TEST(EnergyValue, WritesDerivedUnitsAndAWavelengthOnlyForAnEnergyAboveZero) {
         {nan, R"({"electron_volt":null,"hartree":null,"wavelength_nm":null,"wavenumber_cm1":null})"},
     };
     for (auto const& [hartree, text] : cases) {
-        EXPECT_EQ(compact(write_energy_value(hartree)), text) << hartree;
+        EXPECT_EQ(compact(write_energy_value, hartree), text) << hartree;
     }
 }
 
@@ -35,9 +35,9 @@ TEST(EnergyRecords, IdAndValueAreBothReadAndEitherDropsTheRecord) {
 }
 
 TEST(EnergyRecords, WritesEveryKeyAndTheValueInEachUnit) {
-    EXPECT_EQ(compact(write_energy_record(EnergyRecord{})), R"({"id":0,"kind":"unknown","value":)" + zero_energy + "}");
+    EXPECT_EQ(compact(write_energy_record, EnergyRecord{}), R"({"id":0,"kind":"unknown","value":)" + zero_energy + "}");
     EnergyRecord const record{EnergyId(45), EnergyKind::gibbs_free, "G", "B3LYP", -0.5, some_span};
-    EXPECT_EQ(compact(write_energy_record(record)),
+    EXPECT_EQ(compact(write_energy_record, record),
               R"({"id":45,"kind":"gibbs_free","label":"G","method":"B3LYP","source":{"begin":)"
               R"({"column":3,"line":2,"offset":1},"end":{"column":6,"line":5,"offset":4},"source_id":2},)"
               R"("value":{"electron_volt":-13.605693122993999,"hartree":-0.5,"wavenumber_cm1":-109737.3156816}})");

@@ -30,14 +30,14 @@ TEST(Frames, BothIdsAreReadAndEitherDropsTheFrameWhileBadPositionsOnlyLoseThemse
 }
 
 TEST(Frames, NonFiniteComponentsPrintAsNullAndThatPositionIsLostOnTheWayBack) {
-    std::string const text = compact(write_frame(frame(1, 2, {{nan, -inf, 0.1}, {1, 2, 3}})));
+    std::string const text = compact(write_frame, frame(1, 2, {{nan, -inf, 0.1}, {1, 2, 3}}));
     EXPECT_EQ(text, R"({"id":1,"positions_angstrom":[{"x":null,"y":null,"z":0.10000000000000001},)"
                     R"({"x":1,"y":2,"z":3}],"system_id":2})");
     expect_reads(read_frame, {{text, frame(1, 2, {{1, 2, 3}}), {missing("x"), missing("y")}}});
 }
 
 TEST(Frames, WritesAnEmptyListOfPositions) {
-    EXPECT_EQ(compact(write_frame(frame(0, 0))), R"({"id":0,"positions_angstrom":[],"system_id":0})");
+    EXPECT_EQ(compact(write_frame, frame(0, 0)), R"({"id":0,"positions_angstrom":[],"system_id":0})");
 }
 
 }  // namespace

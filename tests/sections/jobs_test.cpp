@@ -39,7 +39,7 @@ TEST(Jobs, ATaskThatIsNotAScalarEndsTheWholeDecode) {
 
 TEST(Jobs, WritesEmptyListsAndLeavesEmptyTextsOut) {
     CalculationJob const job{JobId(7), SystemId(1), 7, {}, JobRelation::none, {}, {}, "", "", "", {}, {}, {}};
-    EXPECT_EQ(compact(write_job(job)), R"({"id":7,"ordinal":7,"relation":"none","step_ids":[],"system_id":1,)"
+    EXPECT_EQ(compact(write_job, job), R"({"id":7,"ordinal":7,"relation":"none","step_ids":[],"system_id":1,)"
                                        R"("tasks":[],"termination":{"kind":"unknown","normal":false}})");
 }
 

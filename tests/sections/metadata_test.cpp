@@ -61,7 +61,7 @@ TEST(Metadata, EachAlternativeIsWrittenAndReadBackAsItsTextSays) {
         {"texts", Strings{"1", "2"}}, {"doubles", Doubles{1, 2.5, inf}},
         {"empty", Strings{}},
     };
-    std::string const text = compact(write_metadata(written));
+    std::string const text = compact(write_metadata, written);
     EXPECT_EQ(text, R"({"bool":false,"doubles":[1,2.5,null],"empty":[],"infinite":null,"integer":-3,)"
                     R"("overflow":"1e999","tenth":0.10000000000000001,"texts":["1","2"],"whole":12})");
     expect_reads(metadata_of, {{text,

@@ -42,16 +42,16 @@ TEST(Normalization, SwitchesStayRequestedUnlessTheTextSaysFalse) {
 }
 
 TEST(Program, WritesEmptyOptionalStringsOnlyForName) {
-    EXPECT_EQ(compact(write_program(ProgramInfo{ProgramKind::orca, "", "", "", {}})),
+    EXPECT_EQ(compact(write_program, ProgramInfo{ProgramKind::orca, "", "", "", {}}),
               R"({"kind":"orca","name":"","termination":{"kind":"unknown","normal":false}})");
-    EXPECT_EQ(compact(write_termination(Termination{TerminationKind::normal, "", std::nullopt})),
+    EXPECT_EQ(compact(write_termination, Termination{TerminationKind::normal, "", std::nullopt}),
               R"({"kind":"normal","normal":true})");
-    EXPECT_EQ(compact(write_termination(Termination{static_cast<TerminationKind>(9), "", std::nullopt})),
+    EXPECT_EQ(compact(write_termination, Termination{static_cast<TerminationKind>(9), "", std::nullopt}),
               R"({"kind":"unknown","normal":false})");
 }
 
 TEST(Normalization, WritesEverySwitch) {
-    EXPECT_EQ(compact(write_normalization(Normalization{ResultProfile::standard, {false, true, false, true, false}})),
+    EXPECT_EQ(compact(write_normalization, Normalization{ResultProfile::standard, {false, true, false, true, false}}),
               R"({"profile":"standard","requested_analyses":{"dipoles":false,"excited_states":false,)"
               R"("gradients":false,"orbitals":true,"vibrations":true}})");
 }

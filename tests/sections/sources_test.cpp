@@ -30,9 +30,9 @@ TEST(Sources, TheListClosesGapsOfDroppedFilesAndAScalarElementEndsTheDecode) {
 }
 
 TEST(Sources, SetEmptyStringsAreWritten) {
-    EXPECT_EQ(compact(write_source_file(SourceFile{SourceId(3), "", {}, {}, {}})), R"({"id":3,"path":""})");
+    EXPECT_EQ(compact(write_source_file, SourceFile{SourceId(3), "", {}, {}, {}}), R"({"id":3,"path":""})");
     SourceFile const file{SourceId(4294967295u), "run/a.log", "", 18446744073709551615ull, "E=\"-1\"\n"};
-    EXPECT_EQ(compact(write_source_file(file)),
+    EXPECT_EQ(compact(write_source_file, file),
               R"({"embedded_content":"E=\"-1\"\n","id":4294967295,"path":"run/a.log","sha256":"",)"
               R"("size_bytes":18446744073709551615})");
 }

@@ -31,7 +31,7 @@ TEST(Steps, UnusableIdsDropTheStepWhileOtherFaultsOnlyCostTheirField) {
 
 TEST(Steps, WritesOnlyTheKeysThatAreSet) {
     CalculationStep step{StepId(9), JobId(1), SystemId(2), 9, {}, {}, {}, {}, {}, {}, {}};
-    EXPECT_EQ(compact(write_step(step)), R"({"energies":[],"id":9,"job_id":1,"ordinal":9,"system_id":2})");
+    EXPECT_EQ(compact(write_step, step), R"({"energies":[],"id":9,"job_id":1,"ordinal":9,"system_id":2})");
 }
 
 }  // namespace

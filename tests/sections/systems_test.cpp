@@ -49,7 +49,7 @@ TEST(Systems, AUsableSystemWithoutATopologyObjectOrWithAScalarAtomEndsTheDecode)
 TEST(Systems, RawLabelsAreWrittenOnlyWhenTheyDifferFromTheSymbol) {
     std::vector<AtomSite> const atoms{{AtomId(3), "", "", {}, {}, {}}, {AtomId(4), "O", "", {}, {}, {}},
                                       {AtomId(5), "O", "O", {}, {}, {}}};
-    EXPECT_EQ(compact(write_system(system(6, "", atoms))),
+    EXPECT_EQ(compact(write_system, system(6, "", atoms)),
               R"({"id":6,"topology":{"atoms":[{"id":3,"symbol":""},{"id":4,"symbol":"O"},{"id":5,"symbol":"O"}]}})");
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-// Tests of one record's reader and writer: the compact text of a tree, a
-// table of inputs run through a reader, and a record's trip through text.
+// Tests of one record's reader and writer: the compact text of a writer and
+// a table of inputs run through a reader.
 
 #include "core/diagnostics.hpp"
 #include "core/json_tree.hpp"
@@ -16,7 +16,7 @@
 #include <yaml-cpp/exceptions.h>
 
 #include <limits>
-#include <sstream>
+#include <optional>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -33,10 +33,14 @@ inline model::SourceSpan const some_span{model::SourceId(2), {1, 2, 3}, {4, 5, 6
 // An energy of 0 hartree: three zeros and no wavelength.
 inline std::string const zero_energy = R"({"electron_volt":0,"hartree":0,"wavenumber_cm1":0})";
 
-inline std::string compact(qc::json::JsonValue const& value) {
-    std::ostringstream out;
-    qc::json::write_json(out, value, qc::json::SerializeOptions{});
-    return out.str();
+// The compact text that `write` prints for `value`, which may be a braced
+// list of what `write` takes.
+template <typename Parameter>
+std::string compact(void (*write)(qc::json::JsonPrinter&, Parameter), std::decay_t<Parameter> const& value) {
+    qc::json::SerializeOptions const options;
+    qc::json::JsonPrinter printer(options);
+    write(printer, value);
+    return printer.finish();
 }
 
 // A document whose root holds a program and then `members`.

@@ -38,14 +38,57 @@ static_assert(payload_readers.size() == std::variant_size_v<AnalysisPayload>,
               "every alternative of the payload needs its reader");
 
 struct WritePayload {
-    JsonValue& object;
-    void operator()(VibrationalBlock const& block) const { write_vibrational_block(object, block); }
-    void operator()(ExcitedStateBlock const& block) const { write_excited_state_block(object, block); }
-    void operator()(OrbitalSetBlock const& block) const { write_orbital_set_block(object, block); }
-    void operator()(ThermochemistryBlock const& block) const { write_thermochemistry_block(object, block); }
-    void operator()(DipoleBlock const& block) const { write_dipole_block(object, block); }
-    void operator()(AtomicChargeBlock const& block) const { write_atomic_charge_block(object, block); }
-    void operator()(ScalarPropertyBlock const& block) const { write_scalar_property_block(object, block); }
+    JsonPrinter& printer;
+    void operator()(VibrationalBlock const& block) const { write_vibrational_block(printer, block); }
+    void operator()(ExcitedStateBlock const& block) const { write_excited_state_block(printer, block); }
+    void operator()(OrbitalSetBlock const& block) const { write_orbital_set_block(printer, block); }
+    void operator()(ThermochemistryBlock const& block) const { write_thermochemistry_block(printer, block); }
+    void operator()(DipoleBlock const& block) const { write_dipole_block(printer, block); }
+    void operator()(AtomicChargeBlock const& block) const { write_atomic_charge_block(printer, block); }
+    void operator()(ScalarPropertyBlock const& block) const { write_scalar_property_block(printer, block); }
+};
+
+// The keys that every block has, which fall among those of its kind.
+class BlockHeader final : public MergedMembers {
+public:
+    explicit BlockHeader(AnalysisBlock const& block) : block_(block) { skip_absent(); }
+
+    std::optional<std::string_view> next_key() const override {
+        if (next_ == keys.size()) {
+            return std::nullopt;
+        }
+        return std::string_view(keys[next_]);
+    }
+
+    void print_next(JsonPrinter& printer) override {
+        switch (static_cast<Key>(next_)) {
+            case id: printer.value(block_.id.value); break;
+            case job_id: printer.value(block_.job_id.value); break;
+            case ordinal: printer.value(block_.ordinal); break;
+            case reference_step_id: printer.value(block_.reference_step_id->value); break;
+            case source: write_source_span(printer, *block_.source); break;
+            case type: printer.value(analysis_type(block_.payload)); break;
+        }
+        skip_next();
+    }
+
+    void skip_next() override {
+        ++next_;
+        skip_absent();
+    }
+
+private:
+    enum Key { id, job_id, ordinal, reference_step_id, source, type };
+    static constexpr std::array<char const*, 6> keys{"id", "job_id", "ordinal", "reference_step_id", "source", "type"};
+
+    void skip_absent() {
+        if ((next_ == reference_step_id && !block_.reference_step_id) || (next_ == source && !block_.source)) {
+            skip_next();
+        }
+    }
+
+    AnalysisBlock const& block_;
+    std::size_t next_ = 0;
 };
 
 }  // namespace
@@ -79,16 +122,15 @@ std::optional<AnalysisBlock> read_analysis_block(DocumentResult& result, Node co
     return block;
 }
 
-JsonValue write_analysis_block(AnalysisBlock const& block) {
-    JsonValue object = make_json_object();
-    object["id"] = block.id.value;
-    object["job_id"] = block.job_id.value;
-    object["ordinal"] = block.ordinal;
-    object["type"] = analysis_type(block.payload);
-    set_if_present(object, "reference_step_id", block.reference_step_id);
-    write_source_key(object, block.source);
-    std::visit(WritePayload{object}, block.payload);
-    return object;
+void write_analysis_payload(JsonPrinter& printer, AnalysisPayload const& payload) {
+    std::visit(WritePayload{printer}, payload);
+}
+
+void write_analysis_block(JsonPrinter& printer, AnalysisBlock const& block) {
+    BlockHeader header(block);
+    printer.begin_object(header);
+    write_analysis_payload(printer, block.payload);
+    printer.end_object();
 }
 
 }  // namespace morv::qc::json

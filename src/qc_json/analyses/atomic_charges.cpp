@@ -17,13 +17,14 @@ constexpr std::array<NumberField<AtomicChargeRecord>, 5> charge_numbers = {{
     {"secondary_population", &AtomicChargeRecord::secondary_population},
     {"secondary_charge", &AtomicChargeRecord::secondary_charge},
 }};
+constexpr auto charge_order = byte_order(charge_numbers);
 
-JsonValue write_atomic_charge_record(AtomicChargeRecord const& record) {
-    JsonValue object = make_json_object();
-    set_if_present(object, "atom_index", record.atom_index);
-    set_unless_empty(object, "element", record.element);
-    write_number_fields(object, record, charge_numbers);
-    return object;
+void write_atomic_charge_record(JsonPrinter& printer, AtomicChargeRecord const& record) {
+    NumberMembers<AtomicChargeRecord, charge_numbers.size()> numbers(record, charge_numbers, charge_order);
+    printer.begin_object(numbers);
+    member_if_present(printer, "atom_index", record.atom_index);
+    member_unless_empty(printer, "element", record.element);
+    printer.end_object();
 }
 
 }  // namespace
@@ -43,9 +44,10 @@ AtomicChargeBlock read_atomic_charge_block(DocumentResult& result, Node const& n
     return block;
 }
 
-void write_atomic_charge_block(JsonValue& object, AtomicChargeBlock const& block) {
-    object["scheme"] = block.scheme;
-    object["records"] = write_elements(block.records, write_atomic_charge_record);
+void write_atomic_charge_block(JsonPrinter& printer, AtomicChargeBlock const& block) {
+    printer.key("records");
+    write_elements(printer, block.records, write_atomic_charge_record);
+    printer.member("scheme", block.scheme);
 }
 
 }  // namespace morv::qc::json

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <morv/qc/atomic_charges.hpp>
@@ -11,6 +11,6 @@ namespace morv::qc::json {
 AtomicChargeBlock read_atomic_charge_block(DocumentResult& result, Node const& node);
 // A record is never dropped; one that is a scalar throws and ends the decode.
 AtomicChargeRecord read_atomic_charge_record(DocumentResult& result, Node const& node);
-void write_atomic_charge_block(JsonValue& object, AtomicChargeBlock const& block);
+void write_atomic_charge_block(JsonPrinter& printer, AtomicChargeBlock const& block);
 
 }  // namespace morv::qc::json

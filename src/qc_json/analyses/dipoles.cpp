@@ -5,6 +5,7 @@
 #include "core/optional_keys.hpp"
 #include "core/sequences.hpp"
 #include "core/source_spans.hpp"
+#include "core/vec3_writer.hpp"
 
 #include <array>
 
@@ -15,15 +16,17 @@ constexpr std::array<NumberField<PermanentDipole>, 2> magnitudes = {{
     {"magnitude_atomic_units", &PermanentDipole::magnitude_atomic_units},
     {"magnitude_debye", &PermanentDipole::magnitude_debye},
 }};
+constexpr auto magnitude_order = byte_order(magnitudes);
 
-JsonValue write_permanent_dipole(PermanentDipole const& dipole) {
-    JsonValue object = make_json_object();
-    object["atomic_units"] = write_vec3(dipole.atomic_units);
-    write_number_fields(object, dipole, magnitudes);
-    set_unless_empty(object, "method", dipole.method);
-    set_unless_empty(object, "density_type", dipole.density_type);
-    write_source_key(object, dipole.source);
-    return object;
+void write_permanent_dipole(JsonPrinter& printer, PermanentDipole const& dipole) {
+    NumberMembers<PermanentDipole, magnitudes.size()> numbers(dipole, magnitudes, magnitude_order);
+    printer.begin_object(numbers);
+    printer.key("atomic_units");
+    write_vec3(printer, dipole.atomic_units);
+    member_unless_empty(printer, "density_type", dipole.density_type);
+    member_unless_empty(printer, "method", dipole.method);
+    write_source_key(printer, dipole.source);
+    printer.end_object();
 }
 
 }  // namespace
@@ -45,8 +48,9 @@ DipoleBlock read_dipole_block(DocumentResult& result, Node const& node) {
     return block;
 }
 
-void write_dipole_block(JsonValue& object, DipoleBlock const& block) {
-    object["moments"] = write_elements(block.moments, write_permanent_dipole);
+void write_dipole_block(JsonPrinter& printer, DipoleBlock const& block) {
+    printer.key("moments");
+    write_elements(printer, block.moments, write_permanent_dipole);
 }
 
 }  // namespace morv::qc::json

@@ -20,11 +20,13 @@ constexpr std::array<MemberField<ExcitedState, std::string>, 5> state_strings = 
     {"multiplicity_label", &ExcitedState::multiplicity_label},
     {"symmetry", &ExcitedState::symmetry},
 }};
+constexpr auto state_string_order = byte_order(state_strings);
 
 constexpr std::array<NumberField<ExcitedState>, 2> state_energies = {{
     {"total_energy", &ExcitedState::total_energy},
     {"excitation_energy", &ExcitedState::excitation_energy},
 }};
+constexpr auto state_energy_order = byte_order(state_energies);
 
 constexpr std::array<NumberField<ExcitedState>, 8> state_numbers = {{
     {"reported_millihartree", &ExcitedState::reported_millihartree},
@@ -36,21 +38,22 @@ constexpr std::array<NumberField<ExcitedState>, 8> state_numbers = {{
     {"ground_state_amplitude", &ExcitedState::ground_state_amplitude},
     {"singles_character_percent", &ExcitedState::singles_character_percent},
 }};
+constexpr auto state_number_order = byte_order(state_numbers);
 
-JsonValue write_excited_state(ExcitedState const& state) {
-    JsonValue object = make_json_object();
-    set_if_present(object, "index", state.index);
-    for (auto const& text : state_strings) {
-        set_unless_empty(object, text.key, state.*text.field);
-    }
-    set_if_present(object, "multiplicity", state.multiplicity);
-    write_energy_fields(object, state, state_energies);
-    write_number_fields(object, state, state_numbers);
+void write_excited_state(JsonPrinter& printer, ExcitedState const& state) {
+    TextMembers<ExcitedState, state_strings.size()> texts(state, state_strings, state_string_order);
+    EnergyMembers<ExcitedState, state_energies.size()> energies(state, state_energies, state_energy_order);
+    NumberMembers<ExcitedState, state_numbers.size()> numbers(state, state_numbers, state_number_order);
+    MergedSources<3> fields({&texts, &energies, &numbers});
+    printer.begin_object(fields);
     if (!state.contributions.empty()) {
-        object["contributions"] = write_elements(state.contributions, write_excitation_contribution);
+        printer.key("contributions");
+        write_elements(printer, state.contributions, write_excitation_contribution);
     }
-    write_source_key(object, state.source);
-    return object;
+    member_if_present(printer, "index", state.index);
+    member_if_present(printer, "multiplicity", state.multiplicity);
+    write_source_key(printer, state.source);
+    printer.end_object();
 }
 
 }  // namespace
@@ -83,17 +86,20 @@ ExcitedStateBlock read_excited_state_block(DocumentResult& result, Node const& n
     return block;
 }
 
-void write_excited_state_block(JsonValue& object, ExcitedStateBlock const& block) {
-    set_if_present(object, "block_index", block.block_index);
-    set_unless_empty(object, "method", block.method);
-    set_unless_empty(object, "section", block.section);
-    set_unless_empty(object, "comment", block.comment);
-    object["states"] = write_elements(block.states, write_excited_state);
-    object["total_energies"] = write_elements(block.total_energies, write_energy_record);
-    set_if_present(object, "preferred_total_energy_id", block.preferred_total_energy_id);
+void write_excited_state_block(JsonPrinter& printer, ExcitedStateBlock const& block) {
     if (!block.absorption_peaks.empty()) {
-        object["absorption_peaks"] = write_elements(block.absorption_peaks, write_absorption_peak);
+        printer.key("absorption_peaks");
+        write_elements(printer, block.absorption_peaks, write_absorption_peak);
     }
+    member_if_present(printer, "block_index", block.block_index);
+    member_unless_empty(printer, "comment", block.comment);
+    member_unless_empty(printer, "method", block.method);
+    member_if_present(printer, "preferred_total_energy_id", block.preferred_total_energy_id);
+    member_unless_empty(printer, "section", block.section);
+    printer.key("states");
+    write_elements(printer, block.states, write_excited_state);
+    printer.key("total_energies");
+    write_elements(printer, block.total_energies, write_energy_record);
 }
 
 }  // namespace morv::qc::json

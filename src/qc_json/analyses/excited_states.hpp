@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <morv/qc/excited_states.hpp>
@@ -11,6 +11,6 @@ namespace morv::qc::json {
 ExcitedStateBlock read_excited_state_block(DocumentResult& result, Node const& node);
 // A state is never dropped; one that is a scalar throws and ends the decode.
 ExcitedState read_excited_state(DocumentResult& result, Node const& node);
-void write_excited_state_block(JsonValue& object, ExcitedStateBlock const& block);
+void write_excited_state_block(JsonPrinter& printer, ExcitedStateBlock const& block);
 
 }  // namespace morv::qc::json

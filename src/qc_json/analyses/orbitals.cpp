@@ -10,15 +10,16 @@
 namespace morv::qc::json {
 namespace {
 
-JsonValue write_orbital(Orbital const& orbital) {
-    JsonValue object = make_json_object();
-    set_if_present(object, "index", orbital.index);
-    object["spin"] = to_string(orbital.spin);
-    set_if_present(object, "occupation", orbital.occupation);
-    object["energy"] = write_energy_value(orbital.energy);
-    set_unless_empty(object, "symmetry", orbital.symmetry);
-    set_unless_empty(object, "kind", orbital.kind);
-    return object;
+void write_orbital(JsonPrinter& printer, Orbital const& orbital) {
+    printer.begin_object();
+    printer.key("energy");
+    write_energy_value(printer, orbital.energy);
+    member_if_present(printer, "index", orbital.index);
+    member_unless_empty(printer, "kind", orbital.kind);
+    member_if_present(printer, "occupation", orbital.occupation);
+    printer.member("spin", to_string(orbital.spin));
+    member_unless_empty(printer, "symmetry", orbital.symmetry);
+    printer.end_object();
 }
 
 }  // namespace
@@ -43,11 +44,12 @@ OrbitalSetBlock read_orbital_set_block(DocumentResult& result, Node const& node)
     return block;
 }
 
-void write_orbital_set_block(JsonValue& object, OrbitalSetBlock const& block) {
-    object["spin"] = to_string(block.spin);
+void write_orbital_set_block(JsonPrinter& printer, OrbitalSetBlock const& block) {
     // Written even when empty, unlike the `kind` of an orbital.
-    object["kind"] = block.kind;
-    object["orbitals"] = write_elements(block.orbitals, write_orbital);
+    printer.member("kind", block.kind);
+    printer.key("orbitals");
+    write_elements(printer, block.orbitals, write_orbital);
+    printer.member("spin", to_string(block.spin));
 }
 
 }  // namespace morv::qc::json

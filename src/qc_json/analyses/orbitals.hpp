@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <morv/qc/orbitals.hpp>
@@ -15,6 +15,6 @@ namespace morv::qc::json {
 OrbitalSetBlock read_orbital_set_block(DocumentResult& result, Node const& node);
 // An orbital is never dropped; one that is a scalar throws and ends the decode.
 Orbital read_orbital(DocumentResult& result, Node const& node);
-void write_orbital_set_block(JsonValue& object, OrbitalSetBlock const& block);
+void write_orbital_set_block(JsonPrinter& printer, OrbitalSetBlock const& block);
 
 }  // namespace morv::qc::json

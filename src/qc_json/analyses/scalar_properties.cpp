@@ -8,14 +8,14 @@
 namespace morv::qc::json {
 namespace {
 
-JsonValue write_scalar_property(ScalarProperty const& property) {
-    JsonValue object = make_json_object();
-    object["key"] = property.key;
-    set_unless_empty(object, "label", property.label);
-    object["value"] = property.value;
-    set_unless_empty(object, "unit", property.unit);
-    write_source_key(object, property.source);
-    return object;
+void write_scalar_property(JsonPrinter& printer, ScalarProperty const& property) {
+    printer.begin_object();
+    printer.member("key", property.key);
+    member_unless_empty(printer, "label", property.label);
+    write_source_key(printer, property.source);
+    member_unless_empty(printer, "unit", property.unit);
+    printer.member("value", property.value);
+    printer.end_object();
 }
 
 }  // namespace
@@ -36,8 +36,9 @@ ScalarPropertyBlock read_scalar_property_block(DocumentResult& result, Node cons
     return block;
 }
 
-void write_scalar_property_block(JsonValue& object, ScalarPropertyBlock const& block) {
-    object["properties"] = write_elements(block.properties, write_scalar_property);
+void write_scalar_property_block(JsonPrinter& printer, ScalarPropertyBlock const& block) {
+    printer.key("properties");
+    write_elements(printer, block.properties, write_scalar_property);
 }
 
 }  // namespace morv::qc::json

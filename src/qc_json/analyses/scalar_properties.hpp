@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <morv/qc/scalar_properties.hpp>
@@ -12,6 +12,6 @@ ScalarPropertyBlock read_scalar_property_block(DocumentResult& result, Node cons
 // A property is never dropped, even without `key` or `value`; one that is a
 // scalar throws and ends the decode.
 ScalarProperty read_scalar_property(DocumentResult& result, Node const& node);
-void write_scalar_property_block(JsonValue& object, ScalarPropertyBlock const& block);
+void write_scalar_property_block(JsonPrinter& printer, ScalarPropertyBlock const& block);
 
 }  // namespace morv::qc::json

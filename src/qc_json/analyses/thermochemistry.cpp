@@ -14,6 +14,7 @@ constexpr std::array<Field, 3> conditions = {{
     {"pressure_atmosphere", &ThermochemistryBlock::pressure_atmosphere},
     {"total_mass_amu", &ThermochemistryBlock::total_mass_amu},
 }};
+constexpr auto condition_order = byte_order(conditions);
 
 // Energies are energy value objects, never plain numbers.
 constexpr std::array<Field, 9> energies = {{
@@ -27,6 +28,7 @@ constexpr std::array<Field, 9> energies = {{
     {"gibbs_free_energy", &ThermochemistryBlock::gibbs_free_energy},
     {"gibbs_correction", &ThermochemistryBlock::gibbs_correction},
 }};
+constexpr auto energy_order = byte_order(energies);
 
 }  // namespace
 
@@ -38,11 +40,13 @@ ThermochemistryBlock read_thermochemistry_block(DocumentResult& result, Node con
     return block;
 }
 
-void write_thermochemistry_block(JsonValue& object, ThermochemistryBlock const& block) {
-    JsonValue values = make_json_object();
-    write_number_fields(values, block, conditions);
-    write_energy_fields(values, block, energies);
-    object["values"] = std::move(values);
+void write_thermochemistry_block(JsonPrinter& printer, ThermochemistryBlock const& block) {
+    NumberMembers<ThermochemistryBlock, conditions.size()> numbers(block, conditions, condition_order);
+    EnergyMembers<ThermochemistryBlock, energies.size()> energy_values(block, energies, energy_order);
+    MergedSources<2> values({&numbers, &energy_values});
+    printer.key("values");
+    printer.begin_object(values);
+    printer.end_object();
 }
 
 }  // namespace morv::qc::json

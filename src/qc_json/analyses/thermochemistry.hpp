@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <morv/qc/thermochemistry.hpp>
@@ -11,6 +11,6 @@ namespace morv::qc::json {
 // `values` is looked into with no test: a block without it, or with a scalar
 // there, throws and ends the decode.
 ThermochemistryBlock read_thermochemistry_block(DocumentResult& result, Node const& node);
-void write_thermochemistry_block(JsonValue& object, ThermochemistryBlock const& block);
+void write_thermochemistry_block(JsonPrinter& printer, ThermochemistryBlock const& block);
 
 }  // namespace morv::qc::json

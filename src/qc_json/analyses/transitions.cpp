@@ -4,6 +4,7 @@
 #include "core/field_readers.hpp"
 #include "core/optional_keys.hpp"
 #include "core/source_spans.hpp"
+#include "core/vec3_writer.hpp"
 #include "sections/energy.hpp"
 
 #include <array>
@@ -17,6 +18,7 @@ constexpr std::array<NumberField<AbsorptionPeak>, 3> reported_peak_numbers = {{
     {"reported_wavelength_nm", &AbsorptionPeak::reported_wavelength_nm},
     {"oscillator_strength", &AbsorptionPeak::oscillator_strength},
 }};
+constexpr auto reported_peak_order = byte_order(reported_peak_numbers);
 
 // A spin label keeps its first byte only: "alpha" becomes 'a' for good.
 std::optional<char> read_spin_byte(DocumentResult& result, Node const& node, char const* key) {
@@ -27,9 +29,9 @@ std::optional<char> read_spin_byte(DocumentResult& result, Node const& node, cha
     return text->front();
 }
 
-void write_spin_byte(JsonValue& object, char const* key, std::optional<char> spin) {
+void write_spin_byte(JsonPrinter& printer, char const* key, std::optional<char> spin) {
     if (spin) {
-        object[key] = std::string(1, *spin);
+        printer.member(key, std::string_view(&*spin, 1));
     }
 }
 
@@ -68,36 +70,39 @@ AbsorptionPeak read_absorption_peak(DocumentResult& result, Node const& node) {
     return peak;
 }
 
-JsonValue write_excitation_contribution(ExcitationContribution const& contribution) {
-    JsonValue object = make_json_object();
-    set_unless_empty(object, "label", contribution.label);
-    set_if_present(object, "from_orbital", contribution.from_orbital);
-    set_if_present(object, "to_orbital", contribution.to_orbital);
-    set_unless_empty(object, "from_type", contribution.from_type);
-    set_unless_empty(object, "to_type", contribution.to_type);
-    write_spin_byte(object, "from_spin", contribution.from_spin);
-    write_spin_byte(object, "to_spin", contribution.to_spin);
-    set_if_present(object, "coefficient", contribution.coefficient);
-    set_if_present(object, "weight", contribution.weight);
-    object["reverse"] = contribution.reverse;
-    return object;
+void write_excitation_contribution(JsonPrinter& printer, ExcitationContribution const& contribution) {
+    printer.begin_object();
+    member_if_present(printer, "coefficient", contribution.coefficient);
+    member_if_present(printer, "from_orbital", contribution.from_orbital);
+    write_spin_byte(printer, "from_spin", contribution.from_spin);
+    member_unless_empty(printer, "from_type", contribution.from_type);
+    member_unless_empty(printer, "label", contribution.label);
+    printer.member("reverse", contribution.reverse);
+    member_if_present(printer, "to_orbital", contribution.to_orbital);
+    write_spin_byte(printer, "to_spin", contribution.to_spin);
+    member_unless_empty(printer, "to_type", contribution.to_type);
+    member_if_present(printer, "weight", contribution.weight);
+    printer.end_object();
 }
 
-JsonValue write_absorption_peak(AbsorptionPeak const& peak) {
-    JsonValue object = make_json_object();
-    set_unless_empty(object, "spectrum_kind", peak.spectrum_kind);
-    set_unless_empty(object, "transition", peak.transition);
-    set_if_present(object, "target_state_index", peak.target_state_index);
-    object["excitation_energy"] = write_energy_value(peak.excitation_energy);
-    write_number_fields(object, peak, reported_peak_numbers);
-    set_unless_empty(object, "strength_label", peak.strength_label);
-    set_if_present(object, "strength", peak.strength);
+void write_absorption_peak(JsonPrinter& printer, AbsorptionPeak const& peak) {
+    NumberMembers<AbsorptionPeak, reported_peak_numbers.size()> numbers(peak, reported_peak_numbers,
+                                                                        reported_peak_order);
+    printer.begin_object(numbers);
+    printer.key("excitation_energy");
+    write_energy_value(printer, peak.excitation_energy);
+    member_if_present(printer, "rotatory_strength", peak.rotatory_strength);
+    write_source_key(printer, peak.source);
+    member_unless_empty(printer, "spectrum_kind", peak.spectrum_kind);
+    member_if_present(printer, "strength", peak.strength);
+    member_unless_empty(printer, "strength_label", peak.strength_label);
+    member_if_present(printer, "target_state_index", peak.target_state_index);
+    member_unless_empty(printer, "transition", peak.transition);
     if (peak.transition_moment_au) {
-        object["transition_moment_au"] = write_vec3(*peak.transition_moment_au);
+        printer.key("transition_moment_au");
+        write_vec3(printer, *peak.transition_moment_au);
     }
-    set_if_present(object, "rotatory_strength", peak.rotatory_strength);
-    write_source_key(object, peak.source);
-    return object;
+    printer.end_object();
 }
 
 }  // namespace morv::qc::json

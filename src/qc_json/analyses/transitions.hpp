@@ -4,7 +4,7 @@
 // to a state, and the peaks of a spectrum table.
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <morv/qc/excited_states.hpp>
@@ -16,7 +16,7 @@ namespace morv::qc::json {
 ExcitationContribution read_excitation_contribution(DocumentResult& result, Node const& node);
 AbsorptionPeak read_absorption_peak(DocumentResult& result, Node const& node);
 
-JsonValue write_excitation_contribution(ExcitationContribution const& contribution);
-JsonValue write_absorption_peak(AbsorptionPeak const& peak);
+void write_excitation_contribution(JsonPrinter& printer, ExcitationContribution const& contribution);
+void write_absorption_peak(JsonPrinter& printer, AbsorptionPeak const& peak);
 
 }  // namespace morv::qc::json

@@ -4,6 +4,7 @@
 #include "core/field_readers.hpp"
 #include "core/optional_keys.hpp"
 #include "core/sequences.hpp"
+#include "core/vec3_writer.hpp"
 
 #include <array>
 
@@ -16,19 +17,21 @@ constexpr std::array<NumberField<VibrationalMode>, 4> mode_numbers = {{
     {"ir_intensity_km_per_mol", &VibrationalMode::ir_intensity_km_per_mol},
     {"raman_activity", &VibrationalMode::raman_activity},
 }};
+constexpr auto mode_number_order = byte_order(mode_numbers);
 
-JsonValue write_vibrational_mode(VibrationalMode const& mode) {
-    JsonValue object = make_json_object();
-    set_if_present(object, "index", mode.index);
-    object["frequency_cm1"] = mode.frequency_cm1;
-    // Worked out on every write: false for 0, -0 and NaN.
-    object["imaginary"] = 0.0 > mode.frequency_cm1;
-    set_unless_empty(object, "symmetry", mode.symmetry);
-    write_number_fields(object, mode, mode_numbers);
+void write_vibrational_mode(JsonPrinter& printer, VibrationalMode const& mode) {
+    NumberMembers<VibrationalMode, mode_numbers.size()> numbers(mode, mode_numbers, mode_number_order);
+    printer.begin_object(numbers);
     if (!mode.displacements.empty()) {
-        object["displacements"] = write_elements(mode.displacements, write_vec3);
+        printer.key("displacements");
+        write_elements(printer, mode.displacements, write_vec3);
     }
-    return object;
+    printer.member("frequency_cm1", mode.frequency_cm1);
+    // Worked out on every write: false for 0, -0 and NaN.
+    printer.member("imaginary", 0.0 > mode.frequency_cm1);
+    member_if_present(printer, "index", mode.index);
+    member_unless_empty(printer, "symmetry", mode.symmetry);
+    printer.end_object();
 }
 
 }  // namespace
@@ -49,8 +52,9 @@ VibrationalBlock read_vibrational_block(DocumentResult& result, Node const& node
     return block;
 }
 
-void write_vibrational_block(JsonValue& object, VibrationalBlock const& block) {
-    object["modes"] = write_elements(block.modes, write_vibrational_mode);
+void write_vibrational_block(JsonPrinter& printer, VibrationalBlock const& block) {
+    printer.key("modes");
+    write_elements(printer, block.modes, write_vibrational_mode);
 }
 
 }  // namespace morv::qc::json

@@ -1,6 +1,5 @@
 #include "core/document.hpp"
 #include "core/json_tree.hpp"
-#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <morv/qc/json/codec.hpp>
@@ -11,28 +10,13 @@
 #include <string>
 
 namespace morv::qc::json {
-namespace {
-
-std::string print_document(JsonValue root, SerializeOptions const& options) {
-    if (!options.include_diagnostics) {
-        root[diagnostics_key] = make_json_array();
-    }
-    std::string text;
-    write_json(text, root, options);
-    if (options.pretty) {
-        text += '\n';
-    }
-    return text;
-}
-
-}  // namespace
 
 std::string serialize(Document const& document, SerializeOptions const& options) {
-    return print_document(write_document(document, model::ParseStatus::complete, {}), options);
+    return write_document(document, model::ParseStatus::complete, {}, options);
 }
 
 std::string serialize(model::ParseResult<Document> const& result, SerializeOptions const& options) {
-    return print_document(write_document(result.value, result.status, result.diagnostics), options);
+    return write_document(result.value, result.status, result.diagnostics, options);
 }
 
 DocumentResult decode_through_yaml(std::string_view text) {

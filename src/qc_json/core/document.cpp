@@ -29,6 +29,7 @@ constexpr char const parse_status_key[] = "parse_status";
 
 // What the writer puts under the keys of the root.
 struct Written {
+    JsonPrinter& printer;
     Document const& document;
     model::ParseStatus status;
     std::vector<model::Diagnostic> const& diagnostics;
@@ -63,35 +64,37 @@ void read_program_key(DocumentResult& result, Node const& value) {
 // the stored diagnostics are read after the extensions.
 struct RootKey {
     char const* key;
-    JsonValue (*write)(Written const& written);
+    void (*write)(Written const& written);
     RootReader read;
 };
 
 constexpr std::array<RootKey, 12> root_keys = {{
-    {schema_key, [](Written const&) -> JsonValue { return schema_id; }, nullptr},
-    {parse_status_key, [](Written const& w) -> JsonValue { return to_string(w.status); }, nullptr},
-    {"normalization", [](Written const& w) { return write_normalization(w.document.normalization); },
+    {schema_key, [](Written const& w) { w.printer.value(schema_id); }, nullptr},
+    {parse_status_key, [](Written const& w) { w.printer.value(to_string(w.status)); }, nullptr},
+    {"normalization", [](Written const& w) { write_normalization(w.printer, w.document.normalization); },
      read_if_map<read_normalization>},
-    {"program", [](Written const& w) { return write_program(w.document.program); }, read_program_key},
-    {"sources", [](Written const& w) { return write_elements(w.document.sources, write_source_file); },
+    {"program", [](Written const& w) { write_program(w.printer, w.document.program); }, read_program_key},
+    {"sources", [](Written const& w) { write_elements(w.printer, w.document.sources, write_source_file); },
      read_list<model::SourceFile, &Document::sources, read_source_file>},
-    {"systems", [](Written const& w) { return write_elements(w.document.systems, write_system); },
+    {"systems", [](Written const& w) { write_elements(w.printer, w.document.systems, write_system); },
      read_list<chem::ChemicalSystem, &Document::systems, read_system>},
-    {"frames", [](Written const& w) { return write_elements(w.document.frames, write_frame); },
+    {"frames", [](Written const& w) { write_elements(w.printer, w.document.frames, write_frame); },
      read_list<chem::GeometryFrame, &Document::frames, read_frame>},
-    {"jobs", [](Written const& w) { return write_elements(w.document.jobs, write_job); },
+    {"jobs", [](Written const& w) { write_elements(w.printer, w.document.jobs, write_job); },
      read_list<CalculationJob, &Document::jobs, read_job>},
-    {"steps", [](Written const& w) { return write_elements(w.document.steps, write_step); },
+    {"steps", [](Written const& w) { write_elements(w.printer, w.document.steps, write_step); },
      read_list<CalculationStep, &Document::steps, read_step>},
-    {"analyses", [](Written const& w) { return write_elements(w.document.analyses, write_analysis_block); },
+    {"analyses", [](Written const& w) { write_elements(w.printer, w.document.analyses, write_analysis_block); },
      read_list<AnalysisBlock, &Document::analyses, read_analysis_block>},
-    {"metadata", [](Written const& w) { return write_metadata(w.document.metadata); }, read_if_map<read_metadata>},
-    {diagnostics_key, [](Written const& w) { return write_diagnostics(w.diagnostics); }, nullptr},
+    {"metadata", [](Written const& w) { write_metadata(w.printer, w.document.metadata); },
+     read_if_map<read_metadata>},
+    {diagnostics_key, [](Written const& w) { write_diagnostics(w.printer, w.diagnostics); }, nullptr},
 }};
 // The fixed keys hold each member of the document but its extensions, and
 // the schema, the status and the diagnostics of the decode besides.
 static_assert(root_keys.size() == model::detail::member_count<Document>() - 1 + 3,
               "every member of the document needs its root key");
+constexpr auto root_key_order = byte_order(root_keys);
 
 bool is_known_root_key(std::string const& key) {
     return std::any_of(root_keys.begin(), root_keys.end(), [&](RootKey const& entry) { return entry.key == key; });
@@ -140,18 +143,20 @@ model::ParseStatus final_status(DocumentResult const& result) {
 
 }  // namespace
 
-JsonValue write_document(Document const& document, model::ParseStatus status,
-                         std::vector<model::Diagnostic> const& diagnostics) {
-    JsonValue root = make_json_object();
-    // Extensions go in first so that a fixed key of the same name replaces them.
-    for (auto const& [key, value] : document.extensions) {
-        root[key] = extension_to_json(value);
+std::string write_document(Document const& document, model::ParseStatus status,
+                           std::vector<model::Diagnostic> const& diagnostics, SerializeOptions const& options) {
+    static std::vector<model::Diagnostic> const none;
+    JsonPrinter printer(options);
+    Written const written{printer, document, status, options.include_diagnostics ? diagnostics : none};
+    // A fixed key takes the place of an extension of the same name.
+    ExtensionMembers extensions(document.extensions);
+    printer.begin_object(extensions);
+    for (std::size_t const index : root_key_order) {
+        printer.key(root_keys[index].key);
+        root_keys[index].write(written);
     }
-    Written const written{document, status, diagnostics};
-    for (auto const& entry : root_keys) {
-        root[entry.key] = entry.write(written);
-    }
-    return root;
+    printer.end_object();
+    return printer.finish();
 }
 
 DocumentResult read_document(Node const& root) {

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
 #include "core/node.hpp"
 
 #include <morv/model/diagnostic.hpp>
 #include <morv/model/parse_result.hpp>
 #include <morv/qc/document.hpp>
+#include <morv/qc/json/codec.hpp>
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -16,9 +17,10 @@ namespace morv::qc::json {
 // The root key of the stored diagnostics, which a write may leave empty.
 inline constexpr char const diagnostics_key[] = "diagnostics";
 
-// The whole document as one JSON object.
-JsonValue write_document(Document const& document, model::ParseStatus status,
-                         std::vector<model::Diagnostic> const& diagnostics);
+// The text of the whole document, its extensions among the fixed keys of the
+// root; without `include_diagnostics` the diagnostics are an empty array.
+std::string write_document(Document const& document, model::ParseStatus status,
+                           std::vector<model::Diagnostic> const& diagnostics, SerializeOptions const& options);
 
 // Walks the root of a loaded text. Exceptions of the YAML::Exception family
 // leave it; the caller turns them into the "qc.json.parse_failed" result.

@@ -86,12 +86,4 @@ std::optional<chem::Vec3> read_vec3(DocumentResult& result, Node const& node) {
     return chem::Vec3{*x, *y, *z};
 }
 
-JsonValue write_vec3(chem::Vec3 const& vec3) {
-    JsonValue object = make_json_object();
-    object["x"] = vec3.x;
-    object["y"] = vec3.y;
-    object["z"] = vec3.z;
-    return object;
-}
-
 }  // namespace morv::qc::json

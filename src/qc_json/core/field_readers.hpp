@@ -7,7 +7,6 @@
 // the caller.
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
 #include "core/node.hpp"
 
 #include <morv/chem/vec3.hpp>
@@ -57,6 +56,5 @@ std::optional<model::EntityId<Tag>> read_entity_id_field(DocumentResult& result,
 
 // `node` is the vector object itself.
 std::optional<chem::Vec3> read_vec3(DocumentResult& result, Node const& node);
-JsonValue write_vec3(chem::Vec3 const& vec3);
 
 }  // namespace morv::qc::json

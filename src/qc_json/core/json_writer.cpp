@@ -6,10 +6,10 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <iterator>
 #include <limits>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 namespace morv::qc::json {
 namespace {
@@ -192,261 +192,249 @@ char* print_escape(char* out, unsigned char byte) {
     return out + sizeof unicode_escape;
 }
 
-std::size_t printed_string_length(std::string_view text) {
-    std::size_t length = text.size() + 2;
-    for (char const c : text) {
-        if (needs_escape(c)) {
-            length += short_escape(static_cast<unsigned char>(c)) ? 1 : max_escape_length - 1;
-        }
-    }
-    return length;
-}
-
 // The blanks before a line: a 32-bit product, as the option itself is 32 bits.
 std::uint32_t indentation(SerializeOptions const& options, std::uint32_t depth) { return depth * options.indent; }
 
-// Collects the text in a small array and hands it to the string in large
-// pieces, so that most tokens cost a few stores and no call.
-class TextBuffer {
-public:
-    explicit TextBuffer(std::string& out) : out_(out) {}
+// The first chunk holds a small document whole. Each further one holds a
+// 64th of what is printed so far: the chunks all live until `finish` copies
+// them into the text, and a text of 40 MB still takes only some hundreds.
+constexpr std::size_t first_chunk = 8192;
+constexpr std::size_t chunk_share = 64;
 
-    // Room for `size` bytes at most as large as the array; `commit` then
-    // says where the written bytes end.
-    char* room(std::size_t size) {
-        if (static_cast<std::size_t>(std::end(buffer_) - cursor_) < size) {
-            flush();
-        }
-        return cursor_;
-    }
-    void commit(char* end) { cursor_ = end; }
-
-    void put(char c) {
-        char* out = room(1);
-        *out = c;
-        commit(out + 1);
-    }
-
-    // A word of a few bytes, such as "null".
-    void put(std::string_view word) {
-        char* out = room(word.size());
-        std::memcpy(out, word.data(), word.size());
-        commit(out + word.size());
-    }
-
-    // Indentation is mostly a few dozen blanks, which a store of fixed size
-    // covers; what it writes past the count, later bytes overwrite.
-    void put_blanks(std::size_t count) {
-        if (count <= short_blanks) {
-            char* out = room(short_blanks);
-            std::memset(out, ' ', short_blanks);
-            commit(out + count);
-            return;
-        }
-        while (count != 0) {
-            std::size_t const run = std::min(count, sizeof buffer_);
-            char* out = room(run);
-            std::memset(out, ' ', run);
-            commit(out + run);
-            count -= run;
-        }
-    }
-
-    void flush() {
-        out_.append(buffer_, cursor_);
-        cursor_ = buffer_;
-    }
-
-private:
-    static constexpr std::size_t short_blanks = 64;
-
-    std::string& out_;
-    char buffer_[4096];
-    char* cursor_ = buffer_;
-};
-
-class Printer {
-public:
-    Printer(std::string& out, SerializeOptions const& options) : text_(out), options_(options) {}
-
-    void print(JsonValue const& value, std::uint32_t depth) {
-        std::visit([&](auto const& alternative) { print_alternative(alternative, depth); }, value.storage());
-    }
-
-    void finish() { text_.flush(); }
-
-private:
-    void print_alternative(std::nullptr_t, std::uint32_t) { text_.put("null"); }
-    void print_alternative(bool value, std::uint32_t) { text_.put(value ? "true" : "false"); }
-    void print_alternative(long long value, std::uint32_t) { print_integer(value); }
-    void print_alternative(unsigned long long value, std::uint32_t) { print_integer(value); }
-    void print_alternative(std::string const& value, std::uint32_t) { print_string(value); }
-
-    void print_alternative(double value, std::uint32_t) {
-        // NaN fails every comparison, so the test is written to let it through
-        // to "null" along with both infinities.
-        if (!(std::fabs(value) <= std::numeric_limits<double>::max())) {
-            text_.put("null");
-            return;
-        }
-        text_.commit(print_double(text_.room(max_double_length), value));
-    }
-
-    template <typename Integer>
-    void print_integer(Integer value) {
-        constexpr std::size_t max_length = std::numeric_limits<Integer>::digits10 + 2;
-        char* out = text_.room(max_length);
-        text_.commit(std::to_chars(out, out + max_length, value).ptr);
-    }
-
-    // Byte by byte, as keys and most values are a few bytes long, and for
-    // them a call to copy a run costs more than the loop. A long text goes in
-    // pieces that fit the buffer even if every byte needs an escape.
-    void print_string(std::string_view value) {
-        text_.put('"');
-        while (!value.empty()) {
-            std::string_view const piece = value.substr(0, string_piece);
-            char* out = text_.room(piece.size() * max_escape_length);
-            for (char const c : piece) {
-                if (needs_escape(c)) {
-                    out = print_escape(out, static_cast<unsigned char>(c));
-                } else {
-                    *out++ = c;
-                }
-            }
-            text_.commit(out);
-            value.remove_prefix(piece.size());
-        }
-        text_.put('"');
-    }
-
-    void print_alternative(JsonObject const& object, std::uint32_t depth) {
-        text_.put('{');
-        if (object.empty()) {
-            text_.put('}');
-            return;
-        }
-        newline();
-        std::size_t remaining = object.size();
-        for (auto const& [key, value] : object) {
-            indent(depth + 1);
-            print_string(key);
-            text_.put(':');
-            if (options_.pretty) {
-                text_.put(' ');
-            }
-            print(value, depth + 1);
-            if (--remaining != 0) {
-                text_.put(',');
-            }
-            newline();
-        }
-        indent(depth);
-        text_.put('}');
-    }
-
-    void print_alternative(JsonArray const& array, std::uint32_t depth) {
-        text_.put('[');
-        if (array.empty()) {
-            text_.put(']');
-            return;
-        }
-        newline();
-        std::size_t remaining = array.size();
-        for (auto const& element : array) {
-            indent(depth + 1);
-            print(element, depth + 1);
-            if (--remaining != 0) {
-                text_.put(',');
-            }
-            newline();
-        }
-        indent(depth);
-        text_.put(']');
-    }
-
-    void newline() {
-        if (options_.pretty) {
-            text_.put('\n');
-        }
-    }
-
-    void indent(std::uint32_t depth) {
-        if (options_.pretty) {
-            text_.put_blanks(indentation(options_, depth));
-        }
-    }
-
-    TextBuffer text_;
-    SerializeOptions const& options_;
-};
-
-// An upper bound of the printed length: exact but for numbers, which count at
-// their longest. The text then goes into one allocation, so the pages it
-// touches are those of the text alone and not those of every doubling of a
-// growing string.
-class LengthBound {
-public:
-    explicit LengthBound(SerializeOptions const& options) : options_(options) {}
-
-    std::size_t of(JsonValue const& value, std::uint32_t depth) const {
-        return std::visit([&](auto const& alternative) { return of_alternative(alternative, depth); },
-                          value.storage());
-    }
-
-private:
-    std::size_t of_alternative(std::nullptr_t, std::uint32_t) const { return 4; }
-    std::size_t of_alternative(bool, std::uint32_t) const { return 5; }
-    std::size_t of_alternative(long long, std::uint32_t) const { return 20; }
-    std::size_t of_alternative(unsigned long long, std::uint32_t) const { return 20; }
-    std::size_t of_alternative(double, std::uint32_t) const { return max_double_length; }
-    std::size_t of_alternative(std::string const& value, std::uint32_t) const {
-        return printed_string_length(value);
-    }
-
-    std::size_t of_alternative(JsonObject const& object, std::uint32_t depth) const {
-        std::size_t length = container(object.size(), depth);
-        for (auto const& [key, value] : object) {
-            length += printed_string_length(key) + (options_.pretty ? 2 : 1) + of(value, depth + 1);
-        }
-        return length;
-    }
-
-    std::size_t of_alternative(JsonArray const& array, std::uint32_t depth) const {
-        std::size_t length = container(array.size(), depth);
-        for (auto const& element : array) {
-            length += of(element, depth + 1);
-        }
-        return length;
-    }
-
-    // Brackets, commas, and in the pretty form a line for every element and
-    // one for the closing bracket.
-    std::size_t container(std::size_t elements, std::uint32_t depth) const {
-        std::size_t length = 2 + elements;
-        if (options_.pretty && elements != 0) {
-            length += elements * (1 + std::size_t{indentation(options_, depth + 1)}) + 1 + indentation(options_, depth);
-        }
-        return length;
-    }
-
-    SerializeOptions const& options_;
-};
+// Indentation is mostly a few dozen blanks, which a store of fixed size
+// covers; what it writes past the count, later bytes overwrite.
+constexpr std::size_t short_blanks = 64;
+constexpr std::size_t long_blanks = 4096;
 
 }  // namespace
 
-void write_json(std::string& out, JsonValue const& value, SerializeOptions const& options) {
-    // One byte more leaves room for the line feed that ends a pretty document.
-    out.reserve(out.size() + LengthBound(options).of(value, 0) + 1);
-    Printer printer(out, options);
-    printer.print(value, 0);
-    printer.finish();
+std::string JsonPrinter::finish() {
+    if (options_.pretty) {
+        put('\n');
+    }
+    close_chunk();
+    trim_last_chunk();
+    std::string text;
+    text.reserve(chunks_bytes_);
+    for (Chunk const& chunk : chunks_) {
+        text.append(chunk.bytes.get(), chunk.used);
+    }
+    chunks_.clear();
+    chunks_bytes_ = 0;
+    cursor_ = limit_ = nullptr;
+    return text;
 }
 
-void write_json(std::ostream& out, JsonValue const& value, SerializeOptions const& options) {
-    std::string text;
-    write_json(text, value, options);
-    out << text;
+void JsonPrinter::close_chunk() {
+    if (!chunks_.empty()) {
+        Chunk& last = chunks_.back();
+        last.used = static_cast<std::size_t>(cursor_ - last.bytes.get());
+        chunks_bytes_ += last.used;
+    }
+}
+
+// The last chunk is mostly part empty. A copy of what it holds lets the
+// rest go before the text is allocated, so that the heap then holds what is
+// printed twice and hardly more.
+void JsonPrinter::trim_last_chunk() {
+    if (chunks_.empty()) {
+        return;
+    }
+    Chunk& last = chunks_.back();
+    std::unique_ptr<char[]> held(new char[last.used]);
+    std::memcpy(held.get(), last.bytes.get(), last.used);
+    last.bytes = std::move(held);
+}
+
+void JsonPrinter::start_chunk(std::size_t size) {
+    close_chunk();
+    std::size_t const capacity = std::max({size, first_chunk, chunks_bytes_ / chunk_share});
+    chunks_.push_back(Chunk{std::unique_ptr<char[]>(new char[capacity]), 0});
+    cursor_ = chunks_.back().bytes.get();
+    limit_ = cursor_ + capacity;
+}
+
+void JsonPrinter::put(std::string_view word) {
+    char* out = room(word.size());
+    std::memcpy(out, word.data(), word.size());
+    advance(out + word.size());
+}
+
+void JsonPrinter::indent() {
+    if (!options_.pretty) {
+        return;
+    }
+    put('\n');
+    std::size_t count = indentation(options_, depth_);
+    if (count <= short_blanks) {
+        char* out = room(short_blanks);
+        std::memset(out, ' ', short_blanks);
+        advance(out + count);
+        return;
+    }
+    while (count != 0) {
+        std::size_t const run = std::min(count, long_blanks);
+        char* out = room(run);
+        std::memset(out, ' ', run);
+        advance(out + run);
+        count -= run;
+    }
+}
+
+// Each element of an array or member of an object but the first follows a
+// comma, and in the pretty form stands on a line of its own.
+void JsonPrinter::before_element() {
+    if (!first_) {
+        put(',');
+    }
+    first_ = false;
+    indent();
+}
+
+// A value after a key is the member's; at the root it stands alone; else it
+// is the next element of an array.
+void JsonPrinter::before_value() {
+    if (after_key_) {
+        after_key_ = false;
+    } else if (depth_ != 0) {
+        before_element();
+    }
+}
+
+void JsonPrinter::begin(char bracket) {
+    before_value();
+    put(bracket);
+    ++depth_;
+    first_ = true;
+}
+
+// An empty container closes on its own line, a full one on a line of its own.
+void JsonPrinter::end(char bracket) {
+    --depth_;
+    if (!first_) {
+        indent();
+    }
+    put(bracket);
+    first_ = false;
+}
+
+void JsonPrinter::begin_object() { begin('{'); }
+
+void JsonPrinter::begin_object(MergedMembers& merged) {
+    begin('{');
+    merged.outer_ = merged_;
+    merged.depth_ = depth_;
+    merged_ = &merged;
+}
+
+void JsonPrinter::end_object() {
+    if (merged_ != nullptr && merged_->depth_ == depth_) {
+        print_merged_rest();
+    }
+    end('}');
+}
+
+void JsonPrinter::begin_array() { begin('['); }
+
+void JsonPrinter::end_array() { end(']'); }
+
+void JsonPrinter::key(std::string_view key) {
+    if (merged_ != nullptr && merged_->depth_ == depth_) {
+        print_merged_before(key);
+    }
+    print_key(key);
+}
+
+void JsonPrinter::print_key(std::string_view key) {
+    before_element();
+    print_string(key);
+    put(options_.pretty ? std::string_view(": ") : std::string_view(":"));
+    after_key_ = true;
+}
+
+void JsonPrinter::print_merged_before(std::string_view key) {
+    MergedMembers& merged = *merged_;
+    while (auto const next = merged.next_key()) {
+        if (*next > key) {
+            return;
+        }
+        if (*next == key) {
+            merged.skip_next();
+        } else {
+            print_key(*next);
+            merged.print_next(*this);
+        }
+    }
+}
+
+void JsonPrinter::print_merged_rest() {
+    MergedMembers& merged = *merged_;
+    while (auto const next = merged.next_key()) {
+        print_key(*next);
+        merged.print_next(*this);
+    }
+    merged_ = merged.outer_;
+}
+
+void JsonPrinter::null() {
+    before_value();
+    put("null");
+}
+
+void JsonPrinter::value(bool value) {
+    before_value();
+    put(value ? std::string_view("true") : std::string_view("false"));
+}
+
+void JsonPrinter::value(double value) {
+    before_value();
+    // NaN fails every comparison, so the test is written to let it through
+    // to "null" along with both infinities.
+    if (!(std::fabs(value) <= std::numeric_limits<double>::max())) {
+        put("null");
+        return;
+    }
+    advance(print_double(room(max_double_length), value));
+}
+
+void JsonPrinter::signed_value(long long number) {
+    before_value();
+    constexpr std::size_t max_length = std::numeric_limits<long long>::digits10 + 2;
+    char* out = room(max_length);
+    advance(std::to_chars(out, out + max_length, number).ptr);
+}
+
+void JsonPrinter::unsigned_value(unsigned long long number) {
+    before_value();
+    constexpr std::size_t max_length = std::numeric_limits<unsigned long long>::digits10 + 2;
+    char* out = room(max_length);
+    advance(std::to_chars(out, out + max_length, number).ptr);
+}
+
+void JsonPrinter::value(std::string_view text) {
+    before_value();
+    print_string(text);
+}
+
+// Byte by byte, as keys and most values are a few bytes long, and for them a
+// call to copy a run costs more than the loop. A long text goes in pieces,
+// each with room for every byte to need an escape.
+void JsonPrinter::print_string(std::string_view text) {
+    put('"');
+    while (!text.empty()) {
+        std::string_view const piece = text.substr(0, string_piece);
+        char* out = room(piece.size() * max_escape_length);
+        for (char const c : piece) {
+            if (needs_escape(c)) {
+                out = print_escape(out, static_cast<unsigned char>(c));
+            } else {
+                *out++ = c;
+            }
+        }
+        advance(out);
+        text.remove_prefix(piece.size());
+    }
+    put('"');
 }
 
 }  // namespace morv::qc::json

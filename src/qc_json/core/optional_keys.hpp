@@ -2,7 +2,7 @@
 
 // Keys that are written only when there is something to write.
 
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 
 #include <morv/model/entity_id.hpp>
 
@@ -11,25 +11,25 @@
 
 namespace morv::qc::json {
 
-inline void set_unless_empty(JsonValue& object, char const* key, std::string const& text) {
+inline void member_unless_empty(JsonPrinter& printer, char const* key, std::string const& text) {
     if (!text.empty()) {
-        object[key] = text;
+        printer.member(key, text);
     }
 }
 
 // Presence decides, not the value: a set 0 is written.
 template <typename T>
-void set_if_present(JsonValue& object, char const* key, std::optional<T> const& value) {
+void member_if_present(JsonPrinter& printer, char const* key, std::optional<T> const& value) {
     if (value) {
-        object[key] = *value;
+        printer.member(key, *value);
     }
 }
 
 // Entity ids go out as their bare number.
 template <typename Tag>
-void set_if_present(JsonValue& object, char const* key, std::optional<model::EntityId<Tag>> const& id) {
+void member_if_present(JsonPrinter& printer, char const* key, std::optional<model::EntityId<Tag>> const& id) {
     if (id) {
-        object[key] = id->value;
+        printer.member(key, id->value);
     }
 }
 

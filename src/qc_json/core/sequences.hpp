@@ -5,7 +5,7 @@
 // array in list order.
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <optional>
@@ -40,12 +40,12 @@ void read_elements(DocumentResult& result, Node const& list, std::vector<Record>
 }
 
 template <typename Records, typename Writer>
-JsonValue write_elements(Records const& records, Writer write) {
-    JsonValue array = make_json_array();
+void write_elements(JsonPrinter& printer, Records const& records, Writer write) {
+    printer.begin_array();
     for (auto const& record : records) {
-        array.push_back(write(record));
+        write(printer, record);
     }
-    return array;
+    printer.end_array();
 }
 
 }  // namespace morv::qc::json

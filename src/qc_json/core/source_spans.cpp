@@ -1,6 +1,8 @@
 #include "core/source_spans.hpp"
 
 #include "core/field_readers.hpp"
+#include "core/optional_keys.hpp"
+#include "core/sequences.hpp"
 
 #include <morv/qc/model.hpp>
 
@@ -16,15 +18,13 @@ model::Diagnostic read_stored_diagnostic(DocumentResult& result, Node const& nod
     return diagnostic;
 }
 
-JsonValue write_stored_diagnostic(model::Diagnostic const& diagnostic) {
-    JsonValue object = make_json_object();
-    object["severity"] = qc::to_string(diagnostic.severity);
-    if (!diagnostic.code.empty()) {
-        object["code"] = diagnostic.code;
-    }
-    object["message"] = diagnostic.message;
-    write_source_key(object, diagnostic.source);
-    return object;
+void write_stored_diagnostic(JsonPrinter& printer, model::Diagnostic const& diagnostic) {
+    printer.begin_object();
+    member_unless_empty(printer, "code", diagnostic.code);
+    printer.member("message", diagnostic.message);
+    printer.member("severity", qc::to_string(diagnostic.severity));
+    write_source_key(printer, diagnostic.source);
+    printer.end_object();
 }
 
 }  // namespace
@@ -76,34 +76,33 @@ void read_diagnostics(DocumentResult& result, Node const& node) {
     }
 }
 
-JsonValue write_source_position(model::SourcePosition const& position) {
-    JsonValue object = make_json_object();
-    object["offset"] = position.offset;
-    object["line"] = position.line;
-    object["column"] = position.column;
-    return object;
+void write_source_position(JsonPrinter& printer, model::SourcePosition const& position) {
+    printer.begin_object();
+    printer.member("column", position.column);
+    printer.member("line", position.line);
+    printer.member("offset", position.offset);
+    printer.end_object();
 }
 
-JsonValue write_source_span(model::SourceSpan const& span) {
-    JsonValue object = make_json_object();
-    object["source_id"] = span.source_id.value;
-    object["begin"] = write_source_position(span.begin);
-    object["end"] = write_source_position(span.end);
-    return object;
+void write_source_span(JsonPrinter& printer, model::SourceSpan const& span) {
+    printer.begin_object();
+    printer.key("begin");
+    write_source_position(printer, span.begin);
+    printer.key("end");
+    write_source_position(printer, span.end);
+    printer.member("source_id", span.source_id.value);
+    printer.end_object();
 }
 
-void write_source_key(JsonValue& record, std::optional<model::SourceSpan> const& span) {
+void write_source_key(JsonPrinter& printer, std::optional<model::SourceSpan> const& span) {
     if (span) {
-        record["source"] = write_source_span(*span);
+        printer.key("source");
+        write_source_span(printer, *span);
     }
 }
 
-JsonValue write_diagnostics(std::vector<model::Diagnostic> const& diagnostics) {
-    JsonValue array = make_json_array();
-    for (auto const& diagnostic : diagnostics) {
-        array.push_back(write_stored_diagnostic(diagnostic));
-    }
-    return array;
+void write_diagnostics(JsonPrinter& printer, std::vector<model::Diagnostic> const& diagnostics) {
+    write_elements(printer, diagnostics, write_stored_diagnostic);
 }
 
 }  // namespace morv::qc::json

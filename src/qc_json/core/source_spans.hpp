@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <morv/model/diagnostic.hpp>
@@ -22,10 +22,11 @@ std::optional<model::SourceSpan> read_source_key(DocumentResult& result, Node co
 // Appends the diagnostics stored under the root key `diagnostics`.
 void read_diagnostics(DocumentResult& result, Node const& node);
 
-JsonValue write_source_position(model::SourcePosition const& position);
-JsonValue write_source_span(model::SourceSpan const& span);
-// Sets `source` in `record` when the span is there.
-void write_source_key(JsonValue& record, std::optional<model::SourceSpan> const& span);
-JsonValue write_diagnostics(std::vector<model::Diagnostic> const& diagnostics);
+void write_source_position(JsonPrinter& printer, model::SourcePosition const& position);
+void write_source_span(JsonPrinter& printer, model::SourceSpan const& span);
+// The `source` member of a record, when the span is there; the record's
+// writer calls it where `source` falls among its keys.
+void write_source_key(JsonPrinter& printer, std::optional<model::SourceSpan> const& span);
+void write_diagnostics(JsonPrinter& printer, std::vector<model::Diagnostic> const& diagnostics);
 
 }  // namespace morv::qc::json

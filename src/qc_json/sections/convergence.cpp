@@ -3,6 +3,7 @@
 #include "core/field_readers.hpp"
 #include "core/optional_keys.hpp"
 #include "core/sequences.hpp"
+#include "core/vec3_writer.hpp"
 #include "core/source_spans.hpp"
 
 #include <morv/qc/model.hpp>
@@ -22,14 +23,14 @@ ConvergenceCriterion read_criterion(DocumentResult& result, Node const& node) {
     return criterion;
 }
 
-JsonValue write_criterion(ConvergenceCriterion const& criterion) {
-    JsonValue object = make_json_object();
-    object["kind"] = to_string(criterion.kind);
-    object["value"] = criterion.value;
-    set_if_present(object, "threshold", criterion.threshold);
-    set_if_present(object, "satisfied", criterion.satisfied);
-    set_unless_empty(object, "unit", criterion.unit);
-    return object;
+void write_criterion(JsonPrinter& printer, ConvergenceCriterion const& criterion) {
+    printer.begin_object();
+    printer.member("kind", to_string(criterion.kind));
+    member_if_present(printer, "satisfied", criterion.satisfied);
+    member_if_present(printer, "threshold", criterion.threshold);
+    member_unless_empty(printer, "unit", criterion.unit);
+    printer.member("value", criterion.value);
+    printer.end_object();
 }
 
 }  // namespace
@@ -58,26 +59,28 @@ std::optional<ConvergenceRecord> read_convergence(DocumentResult& result, Node c
     return convergence;
 }
 
-JsonValue write_gradient(GradientRecord const& gradient) {
-    JsonValue object = make_json_object();
+void write_gradient(JsonPrinter& printer, GradientRecord const& gradient) {
+    printer.begin_object();
+    member_if_present(printer, "max", gradient.max);
+    member_if_present(printer, "norm", gradient.norm);
+    member_if_present(printer, "rms", gradient.rms);
+    write_source_key(printer, gradient.source);
     // The vectors are always held in this unit; the key is a constant.
-    object["unit"] = "hartree_per_bohr";
-    set_if_present(object, "norm", gradient.norm);
-    set_if_present(object, "rms", gradient.rms);
-    set_if_present(object, "max", gradient.max);
+    printer.member("unit", "hartree_per_bohr");
     if (!gradient.vectors.empty()) {
-        object["vectors"] = write_elements(gradient.vectors, write_vec3);
+        printer.key("vectors");
+        write_elements(printer, gradient.vectors, write_vec3);
     }
-    write_source_key(object, gradient.source);
-    return object;
+    printer.end_object();
 }
 
-JsonValue write_convergence(ConvergenceRecord const& convergence) {
-    JsonValue object = make_json_object();
-    object["status"] = to_string(convergence.status);
-    object["criteria"] = write_elements(convergence.criteria, write_criterion);
-    write_source_key(object, convergence.source);
-    return object;
+void write_convergence(JsonPrinter& printer, ConvergenceRecord const& convergence) {
+    printer.begin_object();
+    printer.key("criteria");
+    write_elements(printer, convergence.criteria, write_criterion);
+    write_source_key(printer, convergence.source);
+    printer.member("status", to_string(convergence.status));
+    printer.end_object();
 }
 
 }  // namespace morv::qc::json

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <morv/qc/convergence.hpp>
@@ -14,7 +14,7 @@ namespace morv::qc::json {
 std::optional<GradientRecord> read_gradient(DocumentResult& result, Node const& node);
 std::optional<ConvergenceRecord> read_convergence(DocumentResult& result, Node const& node);
 
-JsonValue write_gradient(GradientRecord const& gradient);
-JsonValue write_convergence(ConvergenceRecord const& convergence);
+void write_gradient(JsonPrinter& printer, GradientRecord const& gradient);
+void write_convergence(JsonPrinter& printer, ConvergenceRecord const& convergence);
 
 }  // namespace morv::qc::json

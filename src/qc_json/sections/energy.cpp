@@ -17,17 +17,17 @@ constexpr double nanometre_electron_volt = 1239.8419843320025;
 
 }  // namespace
 
-JsonValue write_energy_value(double hartree) {
+void write_energy_value(JsonPrinter& printer, double hartree) {
     double const electron_volt = hartree * electron_volt_per_hartree;
-    JsonValue object = make_json_object();
-    object["hartree"] = hartree;
-    object["electron_volt"] = electron_volt;
-    object["wavenumber_cm1"] = hartree * wavenumber_per_hartree;
+    printer.begin_object();
+    printer.member("electron_volt", electron_volt);
+    printer.member("hartree", hartree);
     // Only a positive energy has a wavelength; NaN passes the test and gets one.
     if (!(electron_volt <= 0.0)) {
-        object["wavelength_nm"] = nanometre_electron_volt / electron_volt;
+        printer.member("wavelength_nm", nanometre_electron_volt / electron_volt);
     }
-    return object;
+    printer.member("wavenumber_cm1", hartree * wavenumber_per_hartree);
+    printer.end_object();
 }
 
 std::optional<double> read_energy_value(DocumentResult& result, Node const& node) {
@@ -38,15 +38,16 @@ std::optional<double> read_energy_value(DocumentResult& result, Node const& node
     return read_double_field(result, node, "hartree", Presence::required);
 }
 
-JsonValue write_energy_record(EnergyRecord const& record) {
-    JsonValue object = make_json_object();
-    object["id"] = record.id.value;
-    object["kind"] = to_string(record.kind);
-    set_unless_empty(object, "label", record.label);
-    set_unless_empty(object, "method", record.method);
-    object["value"] = write_energy_value(record.value);
-    write_source_key(object, record.source);
-    return object;
+void write_energy_record(JsonPrinter& printer, EnergyRecord const& record) {
+    printer.begin_object();
+    printer.member("id", record.id.value);
+    printer.member("kind", to_string(record.kind));
+    member_unless_empty(printer, "label", record.label);
+    member_unless_empty(printer, "method", record.method);
+    write_source_key(printer, record.source);
+    printer.key("value");
+    write_energy_value(printer, record.value);
+    printer.end_object();
 }
 
 std::optional<EnergyRecord> read_energy_record(DocumentResult& result, Node const& node) {

@@ -39,26 +39,28 @@ ExtensionValue read_extension_scalar(Node const& node) {
     return {std::move(text)};
 }
 
-struct ToJson {
-    JsonValue operator()(std::nullptr_t) const { return JsonValue(); }
-    JsonValue operator()(bool value) const { return value; }
-    JsonValue operator()(long long value) const { return value; }
-    JsonValue operator()(unsigned long long value) const { return value; }
-    JsonValue operator()(double value) const { return value; }
-    JsonValue operator()(std::string const& value) const { return value; }
-    JsonValue operator()(std::vector<ExtensionValue> const& items) const {
-        JsonValue array = make_json_array();
+struct PrintExtension {
+    JsonPrinter& printer;
+    void operator()(std::nullptr_t) const { printer.null(); }
+    void operator()(bool value) const { printer.value(value); }
+    void operator()(long long value) const { printer.value(value); }
+    void operator()(unsigned long long value) const { printer.value(value); }
+    void operator()(double value) const { printer.value(value); }
+    void operator()(std::string const& value) const { printer.value(value); }
+    void operator()(std::vector<ExtensionValue> const& items) const {
+        printer.begin_array();
         for (auto const& item : items) {
-            array.push_back(extension_to_json(item));
+            write_extension_value(printer, item);
         }
-        return array;
+        printer.end_array();
     }
-    JsonValue operator()(std::map<std::string, ExtensionValue> const& members) const {
-        JsonValue object = make_json_object();
+    void operator()(std::map<std::string, ExtensionValue> const& members) const {
+        printer.begin_object();
         for (auto const& [key, member] : members) {
-            object[key] = extension_to_json(member);
+            printer.key(key);
+            write_extension_value(printer, member);
         }
-        return object;
+        printer.end_object();
     }
 };
 
@@ -88,6 +90,8 @@ ExtensionValue read_extension_value(Node const& node) {
     return read_extension_scalar(node);
 }
 
-JsonValue extension_to_json(ExtensionValue const& value) { return std::visit(ToJson{}, value.value); }
+void write_extension_value(JsonPrinter& printer, ExtensionValue const& value) {
+    std::visit(PrintExtension{printer}, value.value);
+}
 
 }  // namespace morv::qc::json

@@ -2,6 +2,7 @@
 
 #include "core/field_readers.hpp"
 #include "core/sequences.hpp"
+#include "core/vec3_writer.hpp"
 #include "core/source_spans.hpp"
 
 namespace morv::qc::json {
@@ -20,13 +21,14 @@ std::optional<chem::GeometryFrame> read_frame(DocumentResult& result, Node const
     return frame;
 }
 
-JsonValue write_frame(chem::GeometryFrame const& frame) {
-    JsonValue object = make_json_object();
-    object["id"] = frame.id.value;
-    object["system_id"] = frame.system_id.value;
-    object["positions_angstrom"] = write_elements(frame.positions_angstrom, write_vec3);
-    write_source_key(object, frame.source);
-    return object;
+void write_frame(JsonPrinter& printer, chem::GeometryFrame const& frame) {
+    printer.begin_object();
+    printer.member("id", frame.id.value);
+    printer.key("positions_angstrom");
+    write_elements(printer, frame.positions_angstrom, write_vec3);
+    write_source_key(printer, frame.source);
+    printer.member("system_id", frame.system_id.value);
+    printer.end_object();
 }
 
 }  // namespace morv::qc::json

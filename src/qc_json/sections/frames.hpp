@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <morv/chem/frame.hpp>
@@ -12,6 +12,6 @@ namespace morv::qc::json {
 
 // Gives nothing when `id` or `system_id` is unusable.
 std::optional<chem::GeometryFrame> read_frame(DocumentResult& result, Node const& node);
-JsonValue write_frame(chem::GeometryFrame const& frame);
+void write_frame(JsonPrinter& printer, chem::GeometryFrame const& frame);
 
 }  // namespace morv::qc::json

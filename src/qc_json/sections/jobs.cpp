@@ -47,9 +47,9 @@ void read_step_ids(DocumentResult& result, Node const& list, std::vector<StepId>
     }
 }
 
-JsonValue write_task(TaskKind task) { return to_string(task); }
+void write_task(JsonPrinter& printer, TaskKind task) { printer.value(to_string(task)); }
 
-JsonValue write_step_id(StepId id) { return id.value; }
+void write_step_id(JsonPrinter& printer, StepId id) { printer.value(id.value); }
 
 }  // namespace
 
@@ -80,24 +80,27 @@ std::optional<CalculationJob> read_job(DocumentResult& result, Node const& node)
     return job;
 }
 
-JsonValue write_job(CalculationJob const& job) {
-    JsonValue object = make_json_object();
-    object["id"] = job.id.value;
-    object["system_id"] = job.system_id.value;
-    object["ordinal"] = job.ordinal;
-    set_if_present(object, "parent_job_id", job.parent_job_id);
-    object["relation"] = to_string(job.relation);
-    object["tasks"] = write_elements(job.tasks, write_task);
+void write_job(JsonPrinter& printer, CalculationJob const& job) {
+    printer.begin_object();
+    member_unless_empty(printer, "basis_set", job.basis_set);
+    printer.member("id", job.id.value);
+    member_unless_empty(printer, "keywords", job.keywords);
+    member_unless_empty(printer, "method", job.method);
+    printer.member("ordinal", job.ordinal);
+    member_if_present(printer, "parent_job_id", job.parent_job_id);
     if (job.primary_task) {
-        object["primary_task"] = to_string(*job.primary_task);
+        printer.member("primary_task", to_string(*job.primary_task));
     }
-    set_unless_empty(object, "method", job.method);
-    set_unless_empty(object, "basis_set", job.basis_set);
-    set_unless_empty(object, "keywords", job.keywords);
-    object["step_ids"] = write_elements(job.step_ids, write_step_id);
-    object["termination"] = write_termination(job.termination);
-    write_source_key(object, job.source);
-    return object;
+    printer.member("relation", to_string(job.relation));
+    write_source_key(printer, job.source);
+    printer.key("step_ids");
+    write_elements(printer, job.step_ids, write_step_id);
+    printer.member("system_id", job.system_id.value);
+    printer.key("tasks");
+    write_elements(printer, job.tasks, write_task);
+    printer.key("termination");
+    write_termination(printer, job.termination);
+    printer.end_object();
 }
 
 }  // namespace morv::qc::json

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <morv/qc/job.hpp>
@@ -16,6 +16,6 @@ namespace morv::qc::json {
 // Gives nothing when `id` or `system_id` is unusable. A task that is a
 // sequence or a map throws and ends the decode.
 std::optional<CalculationJob> read_job(DocumentResult& result, Node const& node);
-JsonValue write_job(CalculationJob const& job);
+void write_job(JsonPrinter& printer, CalculationJob const& job);
 
 }  // namespace morv::qc::json

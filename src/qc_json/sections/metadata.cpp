@@ -47,16 +47,15 @@ MetadataValue read_metadata_array(Node const& node) {
     return texts;
 }
 
-struct ToJson {
-    JsonValue operator()(bool value) const { return value; }
-    JsonValue operator()(long long value) const { return value; }
-    JsonValue operator()(double value) const { return value; }
-    JsonValue operator()(std::string const& value) const { return value; }
-    JsonValue operator()(std::vector<std::string> const& values) const {
-        return write_elements(values, [](std::string const& value) { return JsonValue(value); });
+struct PrintMetadata {
+    JsonPrinter& printer;
+    template <typename Scalar>
+    void operator()(Scalar const& value) const {
+        printer.value(value);
     }
-    JsonValue operator()(std::vector<double> const& values) const {
-        return write_elements(values, [](double value) { return JsonValue(value); });
+    template <typename Element>
+    void operator()(std::vector<Element> const& values) const {
+        write_elements(printer, values, [](JsonPrinter& out, Element const& value) { out.value(value); });
     }
 };
 
@@ -86,12 +85,13 @@ void read_metadata(DocumentResult& result, Node const& node) {
     }
 }
 
-JsonValue write_metadata(std::map<std::string, MetadataValue> const& metadata) {
-    JsonValue object = make_json_object();
+void write_metadata(JsonPrinter& printer, std::map<std::string, MetadataValue> const& metadata) {
+    printer.begin_object();
     for (auto const& [key, value] : metadata) {
-        object[key] = std::visit(ToJson{}, value);
+        printer.key(key);
+        std::visit(PrintMetadata{printer}, value);
     }
-    return object;
+    printer.end_object();
 }
 
 }  // namespace morv::qc::json

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <morv/qc/metadata.hpp>
@@ -18,6 +18,6 @@ std::optional<MetadataValue> read_metadata_value(DocumentResult& result, std::st
 // `node` is the map under the root key; the first entry of a key stays.
 void read_metadata(DocumentResult& result, Node const& node);
 
-JsonValue write_metadata(std::map<std::string, MetadataValue> const& metadata);
+void write_metadata(JsonPrinter& printer, std::map<std::string, MetadataValue> const& metadata);
 
 }  // namespace morv::qc::json

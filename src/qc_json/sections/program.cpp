@@ -55,38 +55,39 @@ std::optional<Termination> read_termination(DocumentResult& result, Node const& 
     return termination;
 }
 
-JsonValue write_termination(Termination const& termination) {
-    JsonValue object = make_json_object();
-    object["kind"] = to_string(termination.kind);
-    object["normal"] = termination.kind == TerminationKind::normal;
-    set_unless_empty(object, "reason", termination.reason);
-    write_source_key(object, termination.source);
-    return object;
+void write_termination(JsonPrinter& printer, Termination const& termination) {
+    printer.begin_object();
+    printer.member("kind", to_string(termination.kind));
+    printer.member("normal", termination.kind == TerminationKind::normal);
+    member_unless_empty(printer, "reason", termination.reason);
+    write_source_key(printer, termination.source);
+    printer.end_object();
 }
 
-JsonValue write_program(ProgramInfo const& program) {
-    JsonValue object = make_json_object();
-    object["kind"] = to_string(program.kind);
-    object["name"] = program.name;
-    set_unless_empty(object, "version", program.version);
-    set_unless_empty(object, "input_file_name", program.input_file_name);
-    object["termination"] = write_termination(program.termination);
-    return object;
+void write_program(JsonPrinter& printer, ProgramInfo const& program) {
+    printer.begin_object();
+    member_unless_empty(printer, "input_file_name", program.input_file_name);
+    printer.member("kind", to_string(program.kind));
+    printer.member("name", program.name);
+    printer.key("termination");
+    write_termination(printer, program.termination);
+    member_unless_empty(printer, "version", program.version);
+    printer.end_object();
 }
 
-JsonValue write_normalization(Normalization const& normalization) {
+void write_normalization(JsonPrinter& printer, Normalization const& normalization) {
     RequestedAnalyses const& analyses = normalization.requested_analyses;
-    JsonValue requested = make_json_object();
-    requested["gradients"] = analyses.gradients;
-    requested["vibrations"] = analyses.vibrations;
-    requested["excited_states"] = analyses.excited_states;
-    requested["orbitals"] = analyses.orbitals;
-    requested["dipoles"] = analyses.dipoles;
-
-    JsonValue object = make_json_object();
-    object["profile"] = to_string(normalization.profile);
-    object["requested_analyses"] = std::move(requested);
-    return object;
+    printer.begin_object();
+    printer.member("profile", to_string(normalization.profile));
+    printer.key("requested_analyses");
+    printer.begin_object();
+    printer.member("dipoles", analyses.dipoles);
+    printer.member("excited_states", analyses.excited_states);
+    printer.member("gradients", analyses.gradients);
+    printer.member("orbitals", analyses.orbitals);
+    printer.member("vibrations", analyses.vibrations);
+    printer.end_object();
+    printer.end_object();
 }
 
 }  // namespace morv::qc::json

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <morv/qc/program.hpp>
@@ -17,8 +17,8 @@ void read_normalization(DocumentResult& result, Node const& node);
 // Gives nothing, and reports nothing, for a node that is not a map.
 std::optional<Termination> read_termination(DocumentResult& result, Node const& node);
 
-JsonValue write_termination(Termination const& termination);
-JsonValue write_program(ProgramInfo const& program);
-JsonValue write_normalization(Normalization const& normalization);
+void write_termination(JsonPrinter& printer, Termination const& termination);
+void write_program(JsonPrinter& printer, ProgramInfo const& program);
+void write_normalization(JsonPrinter& printer, Normalization const& normalization);
 
 }  // namespace morv::qc::json

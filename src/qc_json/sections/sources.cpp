@@ -19,14 +19,14 @@ std::optional<model::SourceFile> read_source_file(DocumentResult& result, Node c
     return file;
 }
 
-JsonValue write_source_file(model::SourceFile const& file) {
-    JsonValue object = make_json_object();
-    object["id"] = file.id.value;
-    object["path"] = file.path;
-    set_if_present(object, "sha256", file.sha256);
-    set_if_present(object, "size_bytes", file.size_bytes);
-    set_if_present(object, "embedded_content", file.embedded_content);
-    return object;
+void write_source_file(JsonPrinter& printer, model::SourceFile const& file) {
+    printer.begin_object();
+    member_if_present(printer, "embedded_content", file.embedded_content);
+    printer.member("id", file.id.value);
+    printer.member("path", file.path);
+    member_if_present(printer, "sha256", file.sha256);
+    member_if_present(printer, "size_bytes", file.size_bytes);
+    printer.end_object();
 }
 
 }  // namespace morv::qc::json

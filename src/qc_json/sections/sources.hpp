@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <morv/model/source_file.hpp>
@@ -12,6 +12,6 @@ namespace morv::qc::json {
 
 // Gives nothing when the id is unusable; the other keys are then not read.
 std::optional<model::SourceFile> read_source_file(DocumentResult& result, Node const& node);
-JsonValue write_source_file(model::SourceFile const& file);
+void write_source_file(JsonPrinter& printer, model::SourceFile const& file);
 
 }  // namespace morv::qc::json

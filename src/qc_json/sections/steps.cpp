@@ -35,24 +35,27 @@ std::optional<CalculationStep> read_step(DocumentResult& result, Node const& nod
     return step;
 }
 
-JsonValue write_step(CalculationStep const& step) {
-    JsonValue object = make_json_object();
-    object["id"] = step.id.value;
-    object["job_id"] = step.job_id.value;
-    object["system_id"] = step.system_id.value;
-    object["ordinal"] = step.ordinal;
-    set_if_present(object, "native_cycle", step.native_cycle);
-    set_if_present(object, "frame_id", step.frame_id);
-    object["energies"] = write_elements(step.energies, write_energy_record);
-    set_if_present(object, "primary_energy_id", step.primary_energy_id);
-    if (step.gradient) {
-        object["gradient"] = write_gradient(*step.gradient);
-    }
+void write_step(JsonPrinter& printer, CalculationStep const& step) {
+    printer.begin_object();
     if (step.convergence) {
-        object["convergence"] = write_convergence(*step.convergence);
+        printer.key("convergence");
+        write_convergence(printer, *step.convergence);
     }
-    write_source_key(object, step.source);
-    return object;
+    printer.key("energies");
+    write_elements(printer, step.energies, write_energy_record);
+    member_if_present(printer, "frame_id", step.frame_id);
+    if (step.gradient) {
+        printer.key("gradient");
+        write_gradient(printer, *step.gradient);
+    }
+    printer.member("id", step.id.value);
+    printer.member("job_id", step.job_id.value);
+    member_if_present(printer, "native_cycle", step.native_cycle);
+    printer.member("ordinal", step.ordinal);
+    member_if_present(printer, "primary_energy_id", step.primary_energy_id);
+    write_source_key(printer, step.source);
+    printer.member("system_id", step.system_id.value);
+    printer.end_object();
 }
 
 }  // namespace morv::qc::json

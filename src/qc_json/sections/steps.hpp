@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <morv/qc/step.hpp>
@@ -12,6 +12,6 @@ namespace morv::qc::json {
 
 // Gives nothing when `id`, `job_id` or `system_id` is unusable.
 std::optional<CalculationStep> read_step(DocumentResult& result, Node const& node);
-JsonValue write_step(CalculationStep const& step);
+void write_step(JsonPrinter& printer, CalculationStep const& step);
 
 }  // namespace morv::qc::json

@@ -39,17 +39,17 @@ std::optional<chem::ElectronicState> read_electronic_state(DocumentResult& resul
     return chem::ElectronicState{*charge, *multiplicity};
 }
 
-JsonValue write_atom(chem::AtomSite const& atom) {
-    JsonValue object = make_json_object();
-    object["id"] = atom.id.value;
-    object["symbol"] = atom.symbol;
+void write_atom(JsonPrinter& printer, chem::AtomSite const& atom) {
+    printer.begin_object();
+    member_if_present(printer, "atomic_number", atom.atomic_number);
+    member_if_present(printer, "formal_charge", atom.formal_charge);
+    printer.member("id", atom.id.value);
+    member_if_present(printer, "isotope", atom.isotope);
     if (!atom.raw_label.empty() && atom.raw_label != atom.symbol) {
-        object["raw_label"] = atom.raw_label;
+        printer.member("raw_label", atom.raw_label);
     }
-    set_if_present(object, "atomic_number", atom.atomic_number);
-    set_if_present(object, "isotope", atom.isotope);
-    set_if_present(object, "formal_charge", atom.formal_charge);
-    return object;
+    printer.member("symbol", atom.symbol);
+    printer.end_object();
 }
 
 }  // namespace
@@ -68,19 +68,24 @@ std::optional<chem::ChemicalSystem> read_system(DocumentResult& result, Node con
     return system;
 }
 
-JsonValue write_system(chem::ChemicalSystem const& system) {
-    JsonValue object = make_json_object();
-    object["id"] = system.id.value;
-    set_unless_empty(object, "label", system.label);
+void write_system(JsonPrinter& printer, chem::ChemicalSystem const& system) {
+    printer.begin_object();
     if (system.electronic_state) {
-        JsonValue state = make_json_object();
-        state["charge"] = system.electronic_state->charge;
-        state["multiplicity"] = system.electronic_state->multiplicity;
-        object["electronic_state"] = std::move(state);
+        printer.key("electronic_state");
+        printer.begin_object();
+        printer.member("charge", system.electronic_state->charge);
+        printer.member("multiplicity", system.electronic_state->multiplicity);
+        printer.end_object();
     }
-    object["topology"]["atoms"] = write_elements(system.topology.atoms, write_atom);
-    write_source_key(object, system.source);
-    return object;
+    printer.member("id", system.id.value);
+    member_unless_empty(printer, "label", system.label);
+    write_source_key(printer, system.source);
+    printer.key("topology");
+    printer.begin_object();
+    printer.key("atoms");
+    write_elements(printer, system.topology.atoms, write_atom);
+    printer.end_object();
+    printer.end_object();
 }
 
 }  // namespace morv::qc::json

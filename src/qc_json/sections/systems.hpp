@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/diagnostics.hpp"
-#include "core/json_value.hpp"
+#include "core/json_writer.hpp"
 #include "core/node.hpp"
 
 #include <morv/chem/system.hpp>
@@ -14,6 +14,6 @@ namespace morv::qc::json {
 // a `topology` that is not a scalar: otherwise the lookup of its atoms throws
 // and the decode ends.
 std::optional<chem::ChemicalSystem> read_system(DocumentResult& result, Node const& node);
-JsonValue write_system(chem::ChemicalSystem const& system);
+void write_system(JsonPrinter& printer, chem::ChemicalSystem const& system);
 
 }  // namespace morv::qc::json
