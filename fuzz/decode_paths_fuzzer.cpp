@@ -61,7 +61,7 @@ private:
         if (wrap) {
             out_ += '[';
         }
-        switch (v.kind) {
+        switch (v.kind()) {
             case TreeKind::null: out_ += "null"; break;
             case TreeKind::plain:
             case TreeKind::number: plain(tree_.text(v)); break;
@@ -77,7 +77,7 @@ private:
     void sequence(std::uint32_t index) {
         out_ += '[';
         bool first = true;
-        for (std::uint32_t i = index + 1; i != tree_[index].next; i = tree_[i].next) {
+        for (std::uint32_t i = index + 1; i != tree_.next(index); i = tree_.next(i)) {
             separator(first);
             value(i);
         }
@@ -93,7 +93,7 @@ private:
             quoted(std::string(1000 + choices_.next() % 40, 'k'));
             out_ += ":1";
         }
-        for (std::uint32_t i = index + 1; i != tree_[index].next; i = tree_[i + 1].next) {
+        for (std::uint32_t i = index + 1; i != tree_.next(index); i = tree_.next(i + 1)) {
             int const copies = choices_.one_in(30) ? 2 : 1;
             for (int copy = 0; copy < copies; ++copy) {
                 separator(first);

@@ -1,6 +1,7 @@
 #include "core/field_readers.hpp"
 
 #include <limits>
+#include <utility>
 
 namespace morv::qc::json {
 namespace {
@@ -8,64 +9,65 @@ namespace {
 // `T` is the type that yaml-cpp converts to; the callers narrow it to the
 // field's own type.
 template <typename T>
-std::optional<T> read_field(DocumentResult& result, Node const& parent, char const* key, Presence presence) {
+std::optional<T> read_field(DocumentResult& result, Node const& parent, std::string_view key, Presence presence) {
     // The lookup may throw; that is meant to end the decode.
-    Node const child = parent[key];
-    if (!child.defined() || child.is_null()) {
-        if (presence == Presence::required) {
-            add_error(result, "qc.json.missing_field", std::string("Missing required field: ") + key);
-        }
-        return std::nullopt;
+    FieldValue<T> field = parent.field<T>(key);
+    switch (field.state) {
+        case FieldState::read: return std::move(field.value);
+        case FieldState::missing:
+            if (presence == Presence::required) {
+                add_error(result, "qc.json.missing_field", std::string("Missing required field: ").append(key));
+            }
+            break;
+        case FieldState::refused:
+            add_error(result, "qc.json.invalid_field", std::string("Invalid value for field: ").append(key));
+            break;
     }
-    std::optional<T> value = child.try_as<T>();
-    if (!value) {
-        add_error(result, "qc.json.invalid_field", std::string("Invalid value for field: ") + key);
-    }
-    return value;
+    return std::nullopt;
 }
 
 }  // namespace
 
-std::optional<std::uint64_t> read_uint64_field(DocumentResult& result, Node const& parent, char const* key,
+std::optional<std::uint64_t> read_uint64_field(DocumentResult& result, Node const& parent, std::string_view key,
                                                Presence presence) {
     return read_field<unsigned long long>(result, parent, key, presence);
 }
 
-std::optional<std::uint32_t> read_uint32_field(DocumentResult& result, Node const& parent, char const* key,
+std::optional<std::uint32_t> read_uint32_field(DocumentResult& result, Node const& parent, std::string_view key,
                                                Presence presence) {
     return read_field<unsigned int>(result, parent, key, presence);
 }
 
-std::optional<std::uint16_t> read_uint16_field(DocumentResult& result, Node const& parent, char const* key) {
+std::optional<std::uint16_t> read_uint16_field(DocumentResult& result, Node const& parent, std::string_view key) {
     return read_field<unsigned short>(result, parent, key, Presence::optional);
 }
 
-std::optional<int> read_int_field(DocumentResult& result, Node const& parent, char const* key, Presence presence) {
+std::optional<int> read_int_field(DocumentResult& result, Node const& parent, std::string_view key, Presence presence) {
     return read_field<int>(result, parent, key, presence);
 }
 
-std::optional<double> read_double_field(DocumentResult& result, Node const& parent, char const* key,
+std::optional<double> read_double_field(DocumentResult& result, Node const& parent, std::string_view key,
                                         Presence presence) {
     return read_field<double>(result, parent, key, presence);
 }
 
-std::optional<std::string> read_string_field(DocumentResult& result, Node const& parent, char const* key,
+std::optional<std::string> read_string_field(DocumentResult& result, Node const& parent, std::string_view key,
                                              Presence presence) {
     return read_field<std::string>(result, parent, key, presence);
 }
 
-std::optional<bool> read_bool_field(DocumentResult& result, Node const& parent, char const* key) {
+std::optional<bool> read_bool_field(DocumentResult& result, Node const& parent, std::string_view key) {
     return read_field<bool>(result, parent, key, Presence::optional);
 }
 
-std::optional<std::uint32_t> read_id_field(DocumentResult& result, Node const& parent, char const* key,
+std::optional<std::uint32_t> read_id_field(DocumentResult& result, Node const& parent, std::string_view key,
                                            Presence presence) {
     auto const value = read_uint64_field(result, parent, key, presence);
     if (!value) {
         return std::nullopt;
     }
     if (*value > std::numeric_limits<std::uint32_t>::max()) {
-        add_error(result, "qc.json.id_out_of_range", std::string("Entity ID exceeds uint32 range: ") + key);
+        add_error(result, "qc.json.id_out_of_range", std::string("Entity ID exceeds uint32 range: ").append(key));
         return std::nullopt;
     }
     return static_cast<std::uint32_t>(*value);

@@ -16,38 +16,39 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace morv::qc::json {
 
 // Whether a missing field is an error of the record or only leaves it unset.
 enum class Presence { optional, required };
 
-std::optional<std::uint64_t> read_uint64_field(DocumentResult& result, Node const& parent, char const* key,
+std::optional<std::uint64_t> read_uint64_field(DocumentResult& result, Node const& parent, std::string_view key,
                                                Presence presence);
-std::optional<std::uint32_t> read_uint32_field(DocumentResult& result, Node const& parent, char const* key,
+std::optional<std::uint32_t> read_uint32_field(DocumentResult& result, Node const& parent, std::string_view key,
                                                Presence presence);
-std::optional<std::uint16_t> read_uint16_field(DocumentResult& result, Node const& parent, char const* key);
-std::optional<int> read_int_field(DocumentResult& result, Node const& parent, char const* key, Presence presence);
-std::optional<double> read_double_field(DocumentResult& result, Node const& parent, char const* key,
+std::optional<std::uint16_t> read_uint16_field(DocumentResult& result, Node const& parent, std::string_view key);
+std::optional<int> read_int_field(DocumentResult& result, Node const& parent, std::string_view key, Presence presence);
+std::optional<double> read_double_field(DocumentResult& result, Node const& parent, std::string_view key,
                                         Presence presence);
-std::optional<std::string> read_string_field(DocumentResult& result, Node const& parent, char const* key,
+std::optional<std::string> read_string_field(DocumentResult& result, Node const& parent, std::string_view key,
                                              Presence presence);
-std::optional<bool> read_bool_field(DocumentResult& result, Node const& parent, char const* key);
+std::optional<bool> read_bool_field(DocumentResult& result, Node const& parent, std::string_view key);
 
 // A field that holds one of an enumeration's words; a missing or unknown
 // word reads as the table's `otherwise`.
 template <typename Enum>
-Enum read_word_field(DocumentResult& result, Node const& parent, char const* key) {
+Enum read_word_field(DocumentResult& result, Node const& parent, std::string_view key) {
     return enumerator_or_otherwise<Enum>(read_string_field(result, parent, key, Presence::optional).value_or(""));
 }
 
 // An identifier: a 64-bit unsigned field that must also fit 32 bits.
-std::optional<std::uint32_t> read_id_field(DocumentResult& result, Node const& parent, char const* key,
+std::optional<std::uint32_t> read_id_field(DocumentResult& result, Node const& parent, std::string_view key,
                                            Presence presence);
 
 template <typename Tag>
 std::optional<model::EntityId<Tag>> read_entity_id_field(DocumentResult& result, Node const& parent,
-                                                         char const* key, Presence presence) {
+                                                         std::string_view key, Presence presence) {
     if (auto const value = read_id_field(result, parent, key, presence)) {
         return model::EntityId<Tag>(*value);
     }

@@ -16,6 +16,9 @@ constexpr int max_depth = 256;
 // before its colon; keys that come anywhere near are left to it.
 constexpr std::ptrdiff_t max_key_to_colon = 1000;
 
+// The first byte of a word loaded from the text is its lowest.
+constexpr bool little_endian = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
+
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 int hex_value(char c) {
@@ -59,6 +62,18 @@ void JsonTree::reserve_for(std::size_t text_bytes) {
 void JsonTree::grow() {
     chunks_.emplace_back(new TreeValue[chunk_size]);
     capacity_ += chunk_size;
+}
+
+// Either the map has a key twice, and only the first pair with that key
+// counts, or the pair after the last match was not the one.
+std::uint32_t JsonTree::find_from_start(std::uint32_t map, std::string_view key, std::uint32_t& hint) const {
+    for (std::uint32_t index = map + 1; index != (*this)[map].offset_or_next; index = next(index + 1)) {
+        if (key_is(index, key)) {
+            hint = next(index + 1);
+            return index + 1;
+        }
+    }
+    return size_;
 }
 
 class StrictJsonLoader {
@@ -113,8 +128,8 @@ private:
 
     bool parse_value(int depth) {
         switch (*p_) {
-            case '{': return parse_container(depth + 1, TreeKind::map, '}', &StrictJsonLoader::parse_pair);
-            case '[': return parse_container(depth + 1, TreeKind::sequence, ']', &StrictJsonLoader::parse_value);
+            case '{': return parse_map(depth + 1);
+            case '[': return parse_sequence(depth + 1);
             case '"': return parse_string();
             case 't': return parse_literal("true", TreeKind::plain);
             case 'f': return parse_literal("false", TreeKind::plain);
@@ -123,17 +138,26 @@ private:
         }
     }
 
-    std::uint32_t open(TreeKind kind) { return tree_.push_back(TreeValue{0, 0, 0, kind, false}); }
+    std::uint32_t open(TreeKind kind) { return tree_.push_back(TreeValue{0, static_cast<std::uint32_t>(kind), 0, 0}); }
 
-    void close(std::uint32_t index, std::uint32_t count) {
+    bool close(std::uint32_t index, std::uint32_t count, bool unique_keys) {
+        if (count > JsonTree::max_size) {
+            return false;
+        }
         TreeValue& container = tree_[index];
+        container.offset_or_next = tree_.end();
         container.size = count;
-        container.next = tree_.end();
+        container.flag = unique_keys;
+        return true;
     }
 
-    void push_scalar(TreeKind kind, std::size_t offset, std::size_t size, bool decoded) {
-        tree_.push_back(TreeValue{static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(size), tree_.end() + 1,
-                                  kind, decoded});
+    bool push_scalar(TreeKind kind, std::size_t offset, std::size_t size, bool decoded) {
+        if (size > JsonTree::max_size) {
+            return false;
+        }
+        tree_.push_back(TreeValue{static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(kind), decoded,
+                                  static_cast<std::uint32_t>(size)});
+        return true;
     }
 
     // After an element or a pair: true at the closing bracket, and past a
@@ -154,24 +178,27 @@ private:
         return skip_blanks() && p_ != end_;
     }
 
-    // The entries of a sequence or a map up to its closing bracket; `entry`
-    // reads one element or one pair.
-    bool parse_container(int depth, TreeKind kind, char close_bracket, bool (StrictJsonLoader::*entry)(int)) {
+    // The entries of a sequence or a map up to its closing bracket, the
+    // index of the container and the count of its entries; `entry` reads
+    // one element or one pair.
+    template <typename Entry>
+    bool parse_entries(int depth, TreeKind kind, char close_bracket, std::uint32_t& index, std::uint32_t& count,
+                       Entry entry) {
         if (depth > max_depth) {
             return false;
         }
-        std::uint32_t const index = open(kind);
+        index = open(kind);
         ++p_;
         if (!skip_blanks() || p_ == end_) {
             return false;
         }
-        std::uint32_t count = 0;
+        count = 0;
         bool closed = at(close_bracket);
         if (closed) {
             ++p_;
         }
         while (!closed) {
-            if (!(this->*entry)(depth)) {
+            if (!entry()) {
                 return false;
             }
             ++count;
@@ -179,15 +206,66 @@ private:
                 return false;
             }
         }
-        close(index, count);
         return true;
     }
 
-    bool parse_pair(int depth) {
+    bool parse_sequence(int depth) {
+        std::uint32_t index = 0;
+        std::uint32_t count = 0;
+        return parse_entries(depth, TreeKind::sequence, ']', index, count, [&] { return parse_value(depth); }) &&
+               close(index, count, false);
+    }
+
+    bool parse_map(int depth) {
+        std::uint32_t index = 0;
+        std::uint32_t count = 0;
+        KeysSeen seen;
+        return parse_entries(depth, TreeKind::map, '}', index, count,
+                             [&] { return parse_pair(depth, index, seen); }) &&
+               close(index, count, seen.unique);
+    }
+
+    // Keys of one map so far, as one bit each of a hash: a key whose bit is
+    // new is surely new, and only a key whose bit is taken is compared with
+    // the keys before it.
+    struct KeysSeen {
+        std::uint64_t bits = 0;
+        bool unique = true;
+    };
+
+    static unsigned key_bit(std::string_view key) {
+        if (key.empty()) {
+            return 0;
+        }
+        auto const byte = [&](std::size_t at) { return static_cast<std::uint32_t>(static_cast<unsigned char>(key[at])); };
+        std::uint32_t const mixed = static_cast<std::uint32_t>(key.size()) ^ (byte(0) << 8) ^
+                                    (byte(key.size() - 1) << 16) ^ (byte(key.size() / 2) << 24);
+        return (mixed * 0x9E3779B1U) >> 26;
+    }
+
+    void note_key(std::uint32_t map, std::uint32_t key, KeysSeen& seen) {
+        if (!seen.unique) {
+            return;
+        }
+        std::string_view const text = tree_.text(tree_[key]);
+        std::uint64_t const bit = std::uint64_t{1} << key_bit(text);
+        if ((seen.bits & bit) != 0) {
+            for (std::uint32_t earlier = map + 1; earlier != key; earlier = tree_.next(earlier + 1)) {
+                if (tree_.key_is(earlier, text)) {
+                    seen.unique = false;
+                    return;
+                }
+            }
+        }
+        seen.bits |= bit;
+    }
+
+    bool parse_pair(int depth, std::uint32_t map, KeysSeen& seen) {
         char const* const key = p_;
         if (*p_ != '"' || !parse_string()) {
             return false;
         }
+        note_key(map, tree_.end() - 1, seen);
         skip_blanks_within_line();
         if (!at(':') || p_ - key > max_key_to_colon) {
             return false;
@@ -201,9 +279,9 @@ private:
         if (static_cast<std::size_t>(end_ - p_) < length || std::memcmp(p_, word, length) != 0) {
             return false;
         }
-        push_scalar(kind, static_cast<std::size_t>(p_ - begin_), kind == TreeKind::null ? 0 : length, false);
+        std::size_t const offset = static_cast<std::size_t>(p_ - begin_);
         p_ += length;
-        return true;
+        return push_scalar(kind, offset, kind == TreeKind::null ? 0 : length, false);
     }
 
     bool skip_digits() {
@@ -239,21 +317,51 @@ private:
                 return false;
             }
         }
-        push_scalar(TreeKind::number, static_cast<std::size_t>(start - begin_), static_cast<std::size_t>(p_ - start),
-                    false);
-        return true;
+        return push_scalar(TreeKind::number, static_cast<std::size_t>(start - begin_),
+                           static_cast<std::size_t>(p_ - start), false);
+    }
+
+    // Moves over the bytes of a string that need no look, eight at a time,
+    // up to the first quote, backslash or control character, or to the last
+    // few bytes of the text.
+    void skip_plain_string_bytes() {
+        if constexpr (!little_endian) {
+            return;
+        }
+        constexpr std::uint64_t ones = 0x0101010101010101U;
+        constexpr std::uint64_t highs = 0x8080808080808080U;
+        while (end_ - p_ >= 8) {
+            std::uint64_t word = 0;
+            std::memcpy(&word, p_, sizeof word);
+            std::uint64_t const quote = word ^ (ones * '"');
+            std::uint64_t const backslash = word ^ (ones * '\\');
+            // The high bit of each byte that is zero, or below 0x20; a byte
+            // after the first one found may be marked wrongly, never one
+            // before it.
+            std::uint64_t const found = ((quote - ones) & ~quote) | ((backslash - ones) & ~backslash) |
+                                        ((word - ones * 0x20) & ~word);
+            std::uint64_t const marks = found & highs;
+            if (marks != 0) {
+                p_ += __builtin_ctzll(marks) / 8;
+                return;
+            }
+            p_ += 8;
+        }
     }
 
     // Most strings hold no escape and stay views into the source.
     bool parse_string() {
         char const* const start = ++p_;
         while (p_ != end_) {
+            skip_plain_string_bytes();
+            if (p_ == end_) {
+                break;
+            }
             auto const c = static_cast<unsigned char>(*p_);
             if (c == '"') {
-                push_scalar(TreeKind::quoted, static_cast<std::size_t>(start - begin_),
-                            static_cast<std::size_t>(p_ - start), false);
+                std::size_t const size = static_cast<std::size_t>(p_ - start);
                 ++p_;
-                return true;
+                return push_scalar(TreeKind::quoted, static_cast<std::size_t>(start - begin_), size, false);
             }
             if (c == '\\') {
                 return parse_escaped_string(start);
@@ -274,9 +382,8 @@ private:
         while (p_ != end_) {
             auto const c = static_cast<unsigned char>(*p_);
             if (c == '"') {
-                push_scalar(TreeKind::quoted, offset, out.size() - offset, true);
                 ++p_;
-                return true;
+                return push_scalar(TreeKind::quoted, offset, out.size() - offset, true);
             }
             if (c < 0x20) {
                 return false;

@@ -25,29 +25,22 @@ bool is_scalar_kind(TreeKind kind) {
 
 }  // namespace
 
-Node Node::operator[](char const* key) const {
+Node Node::operator[](std::string_view key) const {
     TreeRef const* ref = tree_ref();
     if (!ref) {
         YAML::Node const& parent = yaml();
-        return Node(parent[key]);
+        return Node(parent[std::string(key)]);
     }
     if (!ref->defined()) {
         throw_invalid_node();
     }
     TreeValue const& parent = ref->value();
     JsonTree const& tree = *ref->tree;
-    if (is_scalar_kind(parent.kind)) {
-        throw YAML::BadSubscript(YAML::Mark::null_mark(), key);
+    if (is_scalar_kind(parent.kind())) {
+        throw YAML::BadSubscript(YAML::Mark::null_mark(), std::string(key));
     }
-    if (parent.kind == TreeKind::map) {
-        // yaml-cpp compares a key as a std::string with a C string: a key
-        // with a NUL in it never matches.
-        std::string_view const wanted(key);
-        for (std::uint32_t index = ref->index + 1; index != parent.next; index = tree[index + 1].next) {
-            if (tree.text(tree[index]) == wanted) {
-                return Node(tree, index + 1);
-            }
-        }
+    if (parent.kind() == TreeKind::map) {
+        return Node(tree, tree.find(ref->index, key, ref->hint));
     }
     return Node(tree, tree.end());
 }
@@ -61,7 +54,7 @@ bool Node::defined() const {
 
 bool Node::has_kind(TreeKind kind, YAML::NodeType::value type) const {
     if (TreeRef const* ref = tree_ref()) {
-        return ref->defined() && ref->value().kind == kind;
+        return ref->defined() && ref->value().kind() == kind;
     }
     return yaml().IsDefined() && yaml().Type() == type;
 }
@@ -70,7 +63,7 @@ bool Node::is_null() const { return has_kind(TreeKind::null, YAML::NodeType::Nul
 
 bool Node::is_scalar() const {
     if (TreeRef const* ref = tree_ref()) {
-        return ref->defined() && is_scalar_kind(ref->value().kind);
+        return ref->defined() && is_scalar_kind(ref->value().kind());
     }
     return yaml().IsDefined() && yaml().IsScalar();
 }
@@ -87,7 +80,7 @@ std::string_view Node::tag() const {
     if (!ref->defined()) {
         throw_invalid_node();
     }
-    switch (ref->value().kind) {
+    switch (ref->value().kind()) {
         case TreeKind::null: return "";
         case TreeKind::quoted: return "!";
         case TreeKind::plain:
@@ -107,7 +100,7 @@ std::string_view Node::scalar() const {
         throw_invalid_node();
     }
     TreeValue const& value = ref->value();
-    if (is_scalar_kind(value.kind)) {
+    if (is_scalar_kind(value.kind())) {
         return ref->tree->text(value);
     }
     return {};
@@ -122,7 +115,7 @@ std::size_t Node::size() const {
         throw_invalid_node();
     }
     TreeValue const& value = ref->value();
-    return value.kind == TreeKind::sequence || value.kind == TreeKind::map ? value.size : 0;
+    return value.kind() == TreeKind::sequence || value.kind() == TreeKind::map ? value.size : 0;
 }
 
 template <typename T>
@@ -140,14 +133,14 @@ std::optional<T> Node::try_as() const {
     }
     TreeValue const& value = ref->value();
     if constexpr (std::is_same_v<T, std::string>) {
-        if (value.kind == TreeKind::null) {
+        if (value.kind() == TreeKind::null) {
             return std::string("null");
         }
     }
-    if (!is_scalar_kind(value.kind)) {
+    if (!is_scalar_kind(value.kind())) {
         return std::nullopt;
     }
-    return convert_scalar<T>(ref->tree->text(value), value.kind == TreeKind::number);
+    return convert_scalar<T>(ref->tree->text(value), value.kind() == TreeKind::number);
 }
 
 template <typename T>
@@ -165,11 +158,26 @@ T Node::as() const {
     throw_bad_conversion<T>();
 }
 
+// Everything but a map of the tree takes the long way, which throws where
+// yaml-cpp throws.
+template <typename T>
+FieldValue<T> Node::field_elsewhere(std::string_view key) const {
+    Node const child = (*this)[key];
+    if (!child.defined() || child.is_null()) {
+        return {FieldState::missing, T{}};
+    }
+    std::optional<T> converted = child.try_as<T>();
+    if (!converted) {
+        return {FieldState::refused, T{}};
+    }
+    return {FieldState::read, std::move(*converted)};
+}
+
 // The indices of the first child and just past the last one; an empty range
 // for anything but a container of `kind`.
 std::pair<std::uint32_t, std::uint32_t> Node::children(TreeRef const& ref, TreeKind kind) {
-    if (ref.defined() && ref.value().kind == kind) {
-        return {ref.index + 1, ref.value().next};
+    if (ref.defined() && ref.value().kind() == kind) {
+        return {ref.index + 1, ref.value().offset_or_next};
     }
     return {ref.index, ref.index};
 }
@@ -203,6 +211,14 @@ template unsigned int Node::as<unsigned int>() const;
 template unsigned long long Node::as<unsigned long long>() const;
 
 template std::optional<std::string> Node::try_as<std::string>() const;
+template FieldValue<std::string> Node::field_elsewhere<std::string>(std::string_view) const;
+template FieldValue<bool> Node::field_elsewhere<bool>(std::string_view) const;
+template FieldValue<double> Node::field_elsewhere<double>(std::string_view) const;
+template FieldValue<int> Node::field_elsewhere<int>(std::string_view) const;
+template FieldValue<unsigned short> Node::field_elsewhere<unsigned short>(std::string_view) const;
+template FieldValue<unsigned int> Node::field_elsewhere<unsigned int>(std::string_view) const;
+template FieldValue<unsigned long long> Node::field_elsewhere<unsigned long long>(std::string_view) const;
+
 template std::optional<bool> Node::try_as<bool>() const;
 template std::optional<double> Node::try_as<double>() const;
 template std::optional<int> Node::try_as<int>() const;

@@ -3,6 +3,7 @@
 #include <yaml-cpp/yaml.h>
 
 #include <charconv>
+#include <cstdint>
 #include <string>
 #include <system_error>
 #include <type_traits>
@@ -88,6 +89,63 @@ std::optional<T> convert_number(std::string_view text, bool spelled_plainly) {
     return convert_with_yaml<T>(text);
 }
 
+// Powers of ten that a double holds exactly.
+constexpr double exact_powers_of_ten[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                          1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+// A JSON number whose digits make an integer of at most 2^53 and whose
+// power of ten is at most 22 either way: the digits and the power are both
+// exact doubles, so one multiplication or division rounds the quotient or
+// product once, correctly, to the double that std::from_chars gives. Most
+// numbers that programs print are of this kind. False for any other text.
+bool convert_short_number(std::string_view text, double& value) {
+    constexpr std::uint64_t max_exact = std::uint64_t{1} << 53;
+    std::size_t at = 0;
+    bool const negative = !text.empty() && text[0] == '-';
+    at += negative ? 1 : 0;
+    std::uint64_t digits = 0;
+    int fraction_digits = 0;
+    bool in_fraction = false;
+    for (; at < text.size(); ++at) {
+        char const c = text[at];
+        if (is_digit(c)) {
+            digits = digits * 10 + static_cast<std::uint64_t>(c - '0');
+            fraction_digits += in_fraction ? 1 : 0;
+            if (digits > max_exact) {
+                return false;
+            }
+        } else if (c == '.' && !in_fraction) {
+            in_fraction = true;
+        } else {
+            break;
+        }
+    }
+    int exponent = 0;
+    if (at < text.size()) {
+        if (text[at] != 'e' && text[at] != 'E') {
+            return false;
+        }
+        ++at;
+        bool const negative_exponent = at < text.size() && text[at] == '-';
+        at += at < text.size() && (text[at] == '-' || text[at] == '+') ? 1 : 0;
+        for (; at < text.size(); ++at) {
+            if (!is_digit(text[at]) || exponent > 1000) {
+                return false;
+            }
+            exponent = exponent * 10 + (text[at] - '0');
+        }
+        exponent = negative_exponent ? -exponent : exponent;
+    }
+    int const power = exponent - fraction_digits;
+    if (power < -22 || power > 22) {
+        return false;
+    }
+    double const magnitude = power < 0 ? static_cast<double>(digits) / exact_powers_of_ten[-power]
+                                       : static_cast<double>(digits) * exact_powers_of_ten[power];
+    value = negative ? -magnitude : magnitude;
+    return true;
+}
+
 }  // namespace
 
 template <>
@@ -108,6 +166,9 @@ std::optional<bool> convert_scalar<bool>(std::string_view text, bool) {
 
 template <>
 std::optional<double> convert_scalar<double>(std::string_view text, bool json_number) {
+    if (double value = 0; json_number && convert_short_number(text, value)) {
+        return value;
+    }
     return convert_number<double>(text, json_number || is_json_number(text));
 }
 
