@@ -123,7 +123,7 @@ private:
         std::size_t used;
     };
 
-    SerializeOptions const& options_;
+    SerializeOptions options_;
     std::vector<Chunk> chunks_;
     std::size_t chunks_bytes_ = 0;
     char* cursor_ = nullptr;
