@@ -8,8 +8,6 @@
 #include "sections/systems.hpp"
 #include "support/json_text.hpp"
 
-#include <fstream>
-
 namespace morv::qc::json {
 namespace {
 
@@ -256,31 +254,15 @@ TEST(Serialize, WritesTheStatusOfAResultAndItsDiagnosticsOnlyWhenAsked) {
     SerializeOptions options;
     options.include_diagnostics = false;
     EXPECT_EQ(serialize(result, options), with(default_document_text, "complete", "partial"));
+    // Pretty text ends its last line.
     options.pretty = true;
-    options.indent = 4;
-    std::string const text = serialize(Document{}, options);
-    EXPECT_EQ(text.substr(0, 22), "{\n    \"analyses\": [],\n");
-    EXPECT_EQ(text.substr(text.size() - 3), "\n}\n");
+    EXPECT_EQ(serialize(Document{}, options).substr(serialize(Document{}, options).size() - 3), "\n}\n");
 }
 
 TEST(Serialize, ExtensionsFallInAmongTheFixedKeysButNeverReplaceThem) {
     Document document;
     document.extensions = {{"schema", {std::string("hijacked")}}, {"metadata", {1ull}}, {"b_extra", {nullptr}}};
     EXPECT_EQ(serialize(document), with(default_document_text, "[],", R"([],"b_extra":null,)"));
-}
-
-TEST(Examples, ShippedDocumentsReadCompleteAndWriteBackUnchanged) {
-    std::ifstream file(std::string(MORV_EXAMPLES_DIR) + "/orca_water_opt_freq.json");
-    std::stringstream text;
-    text << file.rdbuf();
-    auto const result = deserialize(text.str());
-    EXPECT_EQ(result.status, ParseStatus::complete);
-    for (auto const& diagnostic : result.diagnostics) {
-        EXPECT_EQ(diagnostic.severity, Severity::note) << describe(diagnostic);
-    }
-    EXPECT_FALSE(result.value.steps.empty());
-    std::string const written = serialize(result.value);
-    EXPECT_EQ(serialize(deserialize(written).value), written);
 }
 
 }  // namespace

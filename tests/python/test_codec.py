@@ -36,11 +36,7 @@ def test_damaged_text_reads_partial_with_the_diagnostics_of_the_cli():
     assert [(d.severity.name, d.code, d.message) for d in result.diagnostics] == [
         (d["severity"], d["code"], d["message"]) for d in report["diagnostics"]
     ]
-    assert [d.code for d in result.diagnostics] == [
-        "qc.json.missing_field",
-        "qc.json.missing_field",
-        "qc.json.unsupported_metadata",
-    ]
+    assert len(result.diagnostics) == 3
 
 
 @pytest.mark.parametrize(

@@ -26,6 +26,10 @@ class Step:
                                   gradient=gradient)
 
 
+# The field read and written through each kind of held record.
+FIELDS = {"step": "id", "energy": "value", "gradient": "norm"}
+
+
 class Held:
     """An object taken from the document and kept: it reads what the model
     says while it is valid, and raises RuntimeError once the model says its
@@ -35,22 +39,20 @@ class Held:
         self.kind, self.handle, self.step, self.index, self.valid = kind, handle, step, index, True
 
     def read(self):
-        if self.kind == "step":
-            return self.handle.id
-        if self.kind == "energy":
-            return self.handle.value
-        if self.kind == "gradient":
-            return self.handle.norm
-        return len(self.handle.moments)
+        return len(self.handle.moments) if self.kind == "payload" else getattr(self.handle, FIELDS[self.kind])
+
+    def write(self, value):
+        if self.kind == "payload":
+            self.handle.moments.append(qc.PermanentDipole())
+        else:
+            setattr(self.handle, FIELDS[self.kind], value)
 
     def expected(self, machine):
-        if self.kind == "step":
-            return self.step.id
         if self.kind == "energy":
             return self.step.energies[self.index]
-        if self.kind == "gradient":
-            return self.step.gradient
-        return machine.moments
+        if self.kind == "payload":
+            return machine.moments
+        return self.step.id if self.kind == "step" else self.step.gradient
 
 
 ids = st.integers(min_value=0, max_value=2**32 - 1)
@@ -150,30 +152,20 @@ class DocumentMachine(RuleBasedStateMachine):
     @rule(data=st.data(), value=values)
     def write_through_held(self, data, value):
         held = data.draw(st.sampled_from(self.held))
+        value = int(abs(value)) if held.kind == "step" else value
         if not held.valid:
             with pytest.raises(RuntimeError):
-                self.write(held, value)
+                held.write(value)
+            return
+        held.write(value)
+        if held.kind == "energy":
+            held.step.energies[held.index] = value
+        elif held.kind == "payload":
+            self.moments += 1
+        elif held.kind == "step":
+            held.step.id = value
         else:
-            self.write(held, value)
-            if held.kind == "step":
-                held.step.id = int(abs(value))
-            elif held.kind == "energy":
-                held.step.energies[held.index] = value
-            elif held.kind == "gradient":
-                held.step.gradient = value
-            else:
-                self.moments += 1
-
-    @staticmethod
-    def write(held, value):
-        if held.kind == "step":
-            held.handle.id = int(abs(value))
-        elif held.kind == "energy":
-            held.handle.value = value
-        elif held.kind == "gradient":
-            held.handle.norm = value
-        else:
-            held.handle.moments.append(qc.PermanentDipole())
+            held.step.gradient = value
 
     @precondition(lambda self: self.steps)
     @rule(data=st.data(), energies=st.lists(values, max_size=3))

@@ -13,12 +13,7 @@ TEST(GaussianRoute, MethodBasisAndTasks) {
         std::vector<TaskKind> tasks;
     };
     Case const cases[] = {
-        {"#p b3lyp/sto-3g opt", "B3LYP", "STO-3G", {TaskKind::optimization}},
         {"#P CIS(50-50,NStates=5)/STO-3G Density Pop=(Full,NaturalOrbitals)", "CIS", "STO-3G",
-         {TaskKind::excited_state}},
-        {"#P CIS(D,50-50,NStates=5)/STO-3G", "CIS(D)", "STO-3G", {TaskKind::excited_state}},
-        {"#P CCSD(T)/STO-3G", "CCSD(T)", "STO-3G", {TaskKind::single_point}},
-        {"#p b3lyp/sto-3g guess=read geom=allcheck td(nstates=5) iop(9/40=2)", "B3LYP", "STO-3G",
          {TaskKind::excited_state}},
         {"# opt=(calcfc, tight) freq b3lyp/6-31g(d)", "B3LYP", "6-31G(D)",
          {TaskKind::optimization, TaskKind::frequency}},
@@ -28,7 +23,6 @@ TEST(GaussianRoute, MethodBasisAndTasks) {
         {"#p am1 scan", "AM1", "", {TaskKind::scan}},
         {"#p EOMCCSD=(nstates=10, root=1, Singlets, Triplets) STO-3G SCF=(DIIS)", "EOMCCSD", "STO-3G",
          {TaskKind::excited_state}},
-        {"#p SP HF/STO-3G SCF=(DIIS) SCRF=(CPCM, Solvent=Toluene)", "HF", "STO-3G", {TaskKind::single_point}},
     };
     for (auto const& c : cases) {
         auto const route = parse_route(c.route);

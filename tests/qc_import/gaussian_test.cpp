@@ -68,7 +68,6 @@ TEST(GaussianOutputs, OptimisationSteps) {
     auto const& system = document.systems[0];
     EXPECT_EQ(std::make_tuple(system.electronic_state->multiplicity, system.label),
               std::make_tuple(1u, "Title Card Required"));
-    EXPECT_EQ(document.sources[0].sha256, "f4e280b32b0d9f25ac7a21cfe47e810fe5cecb8b669e8d9751329a0ffded260d");
     auto const& scalars = *analyses_of<ScalarPropertyBlock>(document).front();
     ASSERT_EQ(scalars.properties.size(), 2u);
     auto const& repulsion = scalars.properties[1];
@@ -88,7 +87,6 @@ TEST(GaussianOutputs, AnalysesOfAFrequencyJob) {
     auto const& orbitals = analyses_of<OrbitalSetBlock>(document).front()->orbitals;
     ASSERT_EQ(orbitals.size(), 60u);
     EXPECT_EQ(std::make_tuple(orbitals[34].occupation, orbitals[35].occupation), std::make_tuple(2.0, 0.0));
-    EXPECT_EQ(analyses_of<AtomicChargeBlock>(document).front()->records[0].charge, -0.004506);
     // The APT charges, without the table of hydrogens summed into heavy atoms.
     std::size_t apt_blocks = 0;
     for (auto const& block : document.analyses) {

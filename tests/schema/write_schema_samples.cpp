@@ -17,7 +17,6 @@
 #include <iterator>
 #include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace {
@@ -42,51 +41,42 @@ void write_file(fs::path const& path, std::string const& text) {
     }
 }
 
-class SampleFolder {
-public:
-    explicit SampleFolder(fs::path folder) : folder_(std::move(folder)) { fs::create_directories(folder_); }
+// In name order so that the samples are the same on every run.
+std::vector<fs::path> files_of(fs::path const& folder) {
+    std::vector<fs::path> files;
+    for (auto const& entry : fs::directory_iterator(folder)) {
+        if (entry.is_regular_file()) {
+            files.push_back(entry.path());
+        }
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
 
-    void write(std::string const& name, model::ParseResult<Document> const& result) {
-        write_file(folder_ / (name + ".json"), json::serialize(result));
+struct SampleFolder {
+    fs::path folder;
+
+    void write(std::string const& name, model::ParseResult<Document> const& result) const {
+        write_file(folder / (name + ".json"), json::serialize(result));
         json::SerializeOptions pretty;
         pretty.pretty = true;
-        write_file(folder_ / (name + ".pretty.json"), json::serialize(result, pretty));
-        written_ += 2;
+        write_file(folder / (name + ".pretty.json"), json::serialize(result, pretty));
     }
 
-    void write_decoded(fs::path const& folder, std::string const& prefix) {
-        for (auto const& file : files_of(folder)) {
+    void write_decoded(fs::path const& from, std::string const& prefix) const {
+        for (auto const& file : files_of(from)) {
             write(prefix + file.stem().string(), json::deserialize(read_file(file)));
         }
     }
 
-    // Every output of `folder`, its licence and notes left out.
-    void write_imported(fs::path const& folder, std::string const& prefix) {
-        for (auto const& file : files_of(folder)) {
+    // Every output of `from`, its licence and notes left out.
+    void write_imported(fs::path const& from, std::string const& prefix) const {
+        for (auto const& file : files_of(from)) {
             if (file.extension() == ".log" || file.extension() == ".out") {
-                auto const name = file.filename().string();
-                write(prefix + file.stem().string(), import_output(read_file(file), name));
+                write(prefix + file.stem().string(), import_output(read_file(file), file.filename().string()));
             }
         }
     }
-
-    int written() const { return written_; }
-
-private:
-    // In name order so that the samples are the same on every run.
-    static std::vector<fs::path> files_of(fs::path const& folder) {
-        std::vector<fs::path> files;
-        for (auto const& entry : fs::directory_iterator(folder)) {
-            if (entry.is_regular_file()) {
-                files.push_back(entry.path());
-            }
-        }
-        std::sort(files.begin(), files.end());
-        return files;
-    }
-
-    fs::path folder_;
-    int written_ = 0;
 };
 
 }  // namespace
@@ -97,7 +87,8 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
-        SampleFolder samples(argv[1]);
+        SampleFolder const samples{argv[1]};
+        fs::create_directories(samples.folder);
         samples.write_decoded(MORV_EXAMPLES_DIR, "example_");
         samples.write_decoded(MORV_FUZZ_CORPUS_DIR, "corpus_");
         samples.write_imported(MORV_GAUSSIAN_DATA_DIR, "gaussian_");
@@ -114,7 +105,8 @@ int main(int argc, char** argv) {
             auto const odd = morv::testing::odd_result(seed, morv::testing::Departures::any_value);
             samples.write("odd_run_" + std::to_string(seed), odd);
         }
-        std::cout << "wrote " << samples.written() << " samples to " << argv[1] << "\n";
+        auto const written = std::distance(fs::directory_iterator(samples.folder), fs::directory_iterator());
+        std::cout << "wrote " << written << " samples to " << argv[1] << "\n";
     } catch (std::exception const& e) {
         std::cerr << "write_schema_samples: " << e.what() << "\n";
         return 1;
