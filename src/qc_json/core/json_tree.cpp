@@ -64,6 +64,20 @@ void JsonTree::grow() {
     capacity_ += chunk_size;
 }
 
+void JsonTree::release_inside(std::uint32_t index) const {
+    TreeValue const& container = (*this)[index];
+    if (!container.is_container()) {
+        return;
+    }
+    // Chunk 0 is of another size, and never wholly inside a container but
+    // the root, which stays.
+    std::uint32_t const first = (index + 1 + chunk_size - 1) / chunk_size;
+    std::uint32_t const end = container.offset_or_next / chunk_size;
+    for (std::uint32_t chunk = std::max(first, 1U); chunk < end; ++chunk) {
+        chunks_[chunk].reset();
+    }
+}
+
 // Either the map has a key twice, and only the first pair with that key
 // counts, or the pair after the last match was not the one.
 std::uint32_t JsonTree::find_from_start(std::uint32_t map, std::string_view key, std::uint32_t& hint) const {
