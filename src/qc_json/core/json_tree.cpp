@@ -298,8 +298,20 @@ private:
         return push_scalar(kind, offset, kind == TreeKind::null ? 0 : length, false);
     }
 
+    // Eight digits at a time while there are, then one at a time.
     bool skip_digits() {
+        constexpr std::uint64_t ones = 0x0101010101010101U;
         char const* const first = p_;
+        while (end_ - p_ >= 8) {
+            std::uint64_t word = 0;
+            std::memcpy(&word, p_, sizeof word);
+            // Every byte is 0x30 to 0x39: its high half is 3, and adding 6
+            // carries into no high half.
+            if ((word & (ones * 0xF0)) != ones * 0x30 || ((word + ones * 0x06) & (ones * 0xF0)) != ones * 0x30) {
+                break;
+            }
+            p_ += 8;
+        }
         while (p_ != end_ && is_digit(*p_)) {
             ++p_;
         }
