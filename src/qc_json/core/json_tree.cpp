@@ -251,7 +251,9 @@ private:
         if (key.empty()) {
             return 0;
         }
-        auto const byte = [&](std::size_t at) { return static_cast<std::uint32_t>(static_cast<unsigned char>(key[at])); };
+        auto const byte = [&](std::size_t at) {
+            return static_cast<std::uint32_t>(static_cast<unsigned char>(key[at]));
+        };
         std::uint32_t const mixed = static_cast<std::uint32_t>(key.size()) ^ (byte(0) << 8) ^
                                     (byte(key.size() - 1) << 16) ^ (byte(key.size() / 2) << 24);
         return (mixed * 0x9E3779B1U) >> 26;

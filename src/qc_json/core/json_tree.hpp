@@ -109,9 +109,9 @@ private:
         if (value.size != key.size()) {
             return false;
         }
-        char const* const text = value.flag ? decoded_.data() + value.offset_or_next : source_.data() + value.offset_or_next;
+        char const* const stored = text(value).data();
         for (std::size_t at = 0; at < key.size(); ++at) {
-            if (text[at] != key[at]) {
+            if (stored[at] != key[at]) {
                 return false;
             }
         }
