@@ -172,7 +172,10 @@ DocumentResult read_document(Node const& root) {
 
     for (auto const& entry : root_keys) {
         if (entry.read) {
-            entry.read(result, root[entry.key]);
+            // Only the extensions are read after, and they are other keys.
+            Node const value = root[entry.key];
+            entry.read(result, value);
+            value.release();
         }
     }
     read_extensions(result, root);

@@ -64,6 +64,20 @@ void JsonTree::grow() {
     capacity_ += chunk_size;
 }
 
+void JsonTree::release_inside(std::uint32_t index) const {
+    TreeValue const& container = (*this)[index];
+    if (!container.is_container()) {
+        return;
+    }
+    // Chunk 0 is of another size, and never wholly inside a container but
+    // the root, which stays.
+    std::uint32_t const first = (index + 1 + chunk_size - 1) / chunk_size;
+    std::uint32_t const end = container.offset_or_next / chunk_size;
+    for (std::uint32_t chunk = std::max(first, 1U); chunk < end; ++chunk) {
+        chunks_[chunk].reset();
+    }
+}
+
 // Either the map has a key twice, and only the first pair with that key
 // counts, or the pair after the last match was not the one.
 std::uint32_t JsonTree::find_from_start(std::uint32_t map, std::string_view key, std::uint32_t& hint) const {
@@ -237,7 +251,9 @@ private:
         if (key.empty()) {
             return 0;
         }
-        auto const byte = [&](std::size_t at) { return static_cast<std::uint32_t>(static_cast<unsigned char>(key[at])); };
+        auto const byte = [&](std::size_t at) {
+            return static_cast<std::uint32_t>(static_cast<unsigned char>(key[at]));
+        };
         std::uint32_t const mixed = static_cast<std::uint32_t>(key.size()) ^ (byte(0) << 8) ^
                                     (byte(key.size() - 1) << 16) ^ (byte(key.size() / 2) << 24);
         return (mixed * 0x9E3779B1U) >> 26;
@@ -284,8 +300,20 @@ private:
         return push_scalar(kind, offset, kind == TreeKind::null ? 0 : length, false);
     }
 
+    // Eight digits at a time while there are, then one at a time.
     bool skip_digits() {
+        constexpr std::uint64_t ones = 0x0101010101010101U;
         char const* const first = p_;
+        while (end_ - p_ >= 8) {
+            std::uint64_t word = 0;
+            std::memcpy(&word, p_, sizeof word);
+            // Every byte is 0x30 to 0x39: its high half is 3, and adding 6
+            // carries into no high half.
+            if ((word & (ones * 0xF0)) != ones * 0x30 || ((word + ones * 0x06) & (ones * 0xF0)) != ones * 0x30) {
+                break;
+            }
+            p_ += 8;
+        }
         while (p_ != end_ && is_digit(*p_)) {
             ++p_;
         }

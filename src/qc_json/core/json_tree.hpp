@@ -77,6 +77,12 @@ public:
         return find_from_start(map, key, hint);
     }
 
+    // Frees the chunks that hold nothing but what the container at `index`
+    // holds, once it has been read and will not be looked at again. The
+    // decode holds the tree and the document it builds at once; freeing each
+    // section of the document as soon as it is read keeps that sum down.
+    void release_inside(std::uint32_t index) const;
+
 private:
     friend class StrictJsonLoader;
 
@@ -103,9 +109,9 @@ private:
         if (value.size != key.size()) {
             return false;
         }
-        char const* const text = value.flag ? decoded_.data() + value.offset_or_next : source_.data() + value.offset_or_next;
+        char const* const stored = text(value).data();
         for (std::size_t at = 0; at < key.size(); ++at) {
-            if (text[at] != key[at]) {
+            if (stored[at] != key[at]) {
                 return false;
             }
         }
@@ -114,7 +120,8 @@ private:
 
     std::string_view source_;
     std::string decoded_;
-    std::vector<std::unique_ptr<TreeValue[]>> chunks_;
+    // Mutable for release_inside, which frees only what nobody reads again.
+    mutable std::vector<std::unique_ptr<TreeValue[]>> chunks_;
     std::uint32_t size_ = 0;
     std::uint32_t capacity_ = 0;
 };

@@ -173,6 +173,12 @@ FieldValue<T> Node::field_elsewhere(std::string_view key) const {
     return {FieldState::read, std::move(*converted)};
 }
 
+void Node::release() const {
+    if (TreeRef const* ref = tree_ref(); ref && ref->defined()) {
+        ref->tree->release_inside(ref->index);
+    }
+}
+
 // The indices of the first child and just past the last one; an empty range
 // for anything but a container of `kind`.
 std::pair<std::uint32_t, std::uint32_t> Node::children(TreeRef const& ref, TreeKind kind) {

@@ -69,6 +69,10 @@ public:
     template <typename T>
     FieldValue<T> field(std::string_view key) const;
 
+    // Done with: on the tree, the memory of what this value holds may go, and
+    // nothing inside it may be read afterwards. Nothing on yaml-cpp.
+    void release() const;
+
     class ElementIterator;
     class MemberIterator;
     struct Member;

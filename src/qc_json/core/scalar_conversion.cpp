@@ -100,6 +100,11 @@ constexpr double exact_powers_of_ten[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e
 // numbers that programs print are of this kind. False for any other text.
 bool convert_short_number(std::string_view text, double& value) {
     constexpr std::uint64_t max_exact = std::uint64_t{1} << 53;
+    // Longer texts are nearly all of 17 digits, which do not fit.
+    constexpr std::size_t max_text = 17;
+    if (text.size() > max_text) {
+        return false;
+    }
     std::size_t at = 0;
     bool const negative = !text.empty() && text[0] == '-';
     at += negative ? 1 : 0;
