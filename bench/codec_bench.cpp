@@ -15,7 +15,7 @@
 //
 //   make bench
 
-#include "document_generator.hpp"
+#include <morv/testing/document_builder.hpp>
 #include "real_documents.hpp"
 
 #include "core/document.hpp"
@@ -75,9 +75,9 @@ Text const texts[] = {
 
 std::string make_text(Text const& text) {
     switch (text.shape) {
-        case Shape::written: return qc::json::serialize(bench::generate_result(seed, text.bytes));
+        case Shape::written: return qc::json::serialize(testing::generate_result(seed, text.bytes));
         case Shape::printed:
-            return bench::printed_numbers(qc::json::serialize(bench::generate_result(seed, text.bytes)),
+            return bench::printed_numbers(qc::json::serialize(testing::generate_result(seed, text.bytes)),
                                           printed_digits);
         case Shape::imported: break;
     }

@@ -8,7 +8,7 @@
 //
 //   make bench   (or build-bench/bench/peak_heap)
 
-#include "document_generator.hpp"
+#include <morv/testing/document_builder.hpp>
 #include "real_documents.hpp"
 
 #include <morv/qc/json/codec.hpp>
@@ -144,7 +144,7 @@ bool report_text(char const* shape, std::string const& text) {
 
 int main() {
     bool const generated =
-        report_text("Generated", morv::qc::json::serialize(morv::bench::generate_result(seed, text_bytes)));
+        report_text("Generated", morv::qc::json::serialize(morv::testing::generate_result(seed, text_bytes)));
     bool const imported = report_text(
         "Imported Gaussian optimisation",
         morv::bench::imported_text(MORV_SOURCE_DIR, morv::bench::gaussian_optimisation, text_bytes));

@@ -10,7 +10,7 @@
 
 #include "core/document.hpp"
 #include "core/json_tree.hpp"
-#include "random.hpp"
+#include <morv/testing/choices.hpp>
 
 #include <morv/qc/json/codec.hpp>
 
@@ -28,9 +28,9 @@ using morv::qc::json::TreeKind;
 using morv::qc::json::TreeValue;
 
 // The respelling's choices.
-class Choices : public morv::bench::Random {
+class Choices : public morv::testing::Choices {
 public:
-    using Random::Random;
+    using morv::testing::Choices::Choices;
 
     template <std::size_t N>
     char const* pick(char const* const (&options)[N]) {

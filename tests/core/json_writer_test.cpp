@@ -2,7 +2,7 @@
 #include "sections/extensions.hpp"
 #include "support/json_text.hpp"
 
-#include "random.hpp"
+#include <morv/testing/choices.hpp>
 
 #include <cmath>
 #include <cstdint>
@@ -80,7 +80,7 @@ TEST(JsonWriter, ScalarsPrintAsPrintfWithSeventeenDigitsNonFiniteAsNullAndString
 // The printer makes the digits of doubles from 2^-36 to 2^51 itself and
 // leaves the others to std::to_chars; either way the text is printf's.
 TEST(JsonWriter, DoublesPrintAsPrintfOverAMillionSamples) {
-    bench::Random random(17);
+    testing::Choices random(17);
     constexpr double powers_of_ten[] = {1, 10, 100, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8};
     char expected[32];
     for (int i = 0; i < 1'000'000; ++i) {
