@@ -29,8 +29,10 @@ TEST(BuiltRuns, PlainRunDecodesCompleteWithItsStoredDiagnosticsAndWritesBackUnch
 // the bytes after it put odd values in.
 TEST(BuiltRuns, BytesPastTheSeedDepartFromThePlainRun) {
     std::string const seed("\0\0\0\0\0\0\0\7", 8);
+    // The choices read the bytes where they lie.
+    std::string const longer = seed + std::string(64, '\x35');
     ChoicesFromBytes plain(seed);
-    ChoicesFromBytes odd(seed + std::string(64, '\x35'));
+    ChoicesFromBytes odd(longer);
 
     auto const plain_run = build_result(plain, 0);
     auto const odd_run = build_result(odd, 0);

@@ -53,7 +53,8 @@ private:
 // A fuzzer's bytes as choices: the first eight seed the run, the rest decide
 // the departures in the order the builder asks for them, each taking as few
 // bytes as its count needs. Once the bytes run out the run keeps its own
-// values, so a short input gives the plain run.
+// values, so a short input gives the plain run. The bytes are read where
+// they lie, so they must outlive the choices.
 class ChoicesFromBytes : public Choices {
 public:
     explicit ChoicesFromBytes(std::string_view bytes);
