@@ -199,7 +199,7 @@ private:
         if (alternative > 0) {
             emplace_alternative(value, alternative - 1, std::index_sequence_for<T...>());
         }
-        std::visit([this](auto& held) { vary(held); }, value);
+        std::visit([&](auto& held) { vary(held); }, value);
     }
 
     template <typename Variant, std::size_t... Index>
@@ -212,7 +212,7 @@ private:
     template <typename Record>
     void vary_fields(Record& record) {
         std::apply(
-            [this](auto const&... field) {
+            [&](auto const&... field) {
                 (vary(const_cast<std::remove_const_t<std::remove_reference_t<decltype(field)>>&>(field)), ...);
             },
             fields_of(std::as_const(record)));
