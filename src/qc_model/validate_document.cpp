@@ -1,5 +1,6 @@
 #include <morv/qc/model.hpp>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <unordered_map>
@@ -11,14 +12,40 @@ namespace {
 
 using model::Diagnostic;
 using model::Severity;
-// Hashed, so that a check costs time linear in the document.
-using IdSet = std::unordered_set<std::uint32_t>;
+
+// Ids of a list. Most are small and dense, and take a bit each; the others
+// are hashed, so that a check costs time linear in the document.
+class IdSet {
+public:
+    // False when the id was there already.
+    bool insert(std::uint32_t id) {
+        if (id >= dense_limit) {
+            return sparse_.insert(id).second;
+        }
+        if (id >= dense_.size()) {
+            dense_.resize(std::max<std::size_t>(id + 1, 2 * dense_.size()));
+        }
+        bool const seen = dense_[id];
+        dense_[id] = true;
+        return !seen;
+    }
+
+    bool contains(std::uint32_t id) const {
+        return id >= dense_limit ? sparse_.count(id) != 0 : id < dense_.size() && dense_[id];
+    }
+
+private:
+    static constexpr std::uint32_t dense_limit = 1U << 16;
+
+    std::vector<bool> dense_;
+    std::unordered_set<std::uint32_t> sparse_;
+};
 
 // Ids of a list, with the second and later occurrences of an id reported as
 // they are met.
 class DuplicateFinder {
 public:
-    bool seen_before(std::uint32_t id) { return !ids_.insert(id).second; }
+    bool seen_before(std::uint32_t id) { return !ids_.insert(id); }
 
 private:
     IdSet ids_;
@@ -63,7 +90,7 @@ public:
     }
 
     std::vector<Diagnostic> run() {
-        check_span("Program termination", document_.program.termination.source);
+        check_span([] { return std::string("Program termination"); }, document_.program.termination.source);
         check_sources();
         check_systems();
         check_frames();
@@ -79,58 +106,74 @@ private:
                                        std::nullopt});
     }
 
-    void check_duplicate(DuplicateFinder& finder, std::string const& record, std::uint32_t id,
-                         std::string const& where) {
+    // Names of records come as functions that spell them, called only when a
+    // finding is made: a valid document makes none, and spelling the name of
+    // every record cost more than the checks themselves.
+    template <typename Name, typename Where>
+    void check_duplicate(DuplicateFinder& finder, Name const& record, std::uint32_t id, Where const& where) {
         if (finder.seen_before(id)) {
-            report("duplicate_id", record + " appears more than once in " + where + ".");
+            report("duplicate_id", record() + " appears more than once in " + where() + ".");
         }
     }
 
-    void check_reference(std::string const& record, IdSet const& ids, char const* code, char const* kind,
-                         std::uint32_t id) {
-        if (ids.count(id) == 0) {
-            report(code, record + " names " + numbered(kind, id) + ", which the document does not contain.");
+    template <typename Name>
+    void check_reference(Name const& record, IdSet const& ids, char const* code, char const* kind, std::uint32_t id) {
+        if (!ids.contains(id)) {
+            report(code, record() + " names " + numbered(kind, id) + ", which the document does not contain.");
         }
     }
 
-    void check_span(std::string const& record, std::optional<model::SourceSpan> const& span) {
+    template <typename Name>
+    void check_span(Name const& record, std::optional<model::SourceSpan> const& span) {
         if (span) {
             check_reference(record, source_ids_, "unknown_source", "source", span->source_id.value);
         }
     }
 
-    void check_energies(std::string const& owner, std::string const& owner_kind,
-                        std::vector<EnergyRecord> const& energies, std::optional<EnergyId> const& named) {
+    template <typename Name>
+    void check_energies(Name const& owner, char const* owner_kind, std::vector<EnergyRecord> const& energies,
+                        std::optional<EnergyId> const& named) {
         DuplicateFinder duplicates;
         IdSet ids;
         for (auto const& energy : energies) {
-            std::string const record = numbered("Energy", energy.id.value);
+            auto const record = [&] { return numbered("Energy", energy.id.value); };
             check_duplicate(duplicates, record, energy.id.value, owner);
-            check_span(record + " of " + owner, energy.source);
+            check_span([&] { return record() + " of " + owner(); }, energy.source);
             ids.insert(energy.id.value);
         }
-        if (named && ids.count(named->value) == 0) {
-            report("unknown_energy", capitalized(owner) + " names " + numbered("energy", named->value) +
+        if (named && !ids.contains(named->value)) {
+            report("unknown_energy", capitalized(owner()) + " names " + numbered("energy", named->value) +
                                          ", which the " + owner_kind + " does not contain.");
+        }
+    }
+
+    // "State 2 of analysis 5" for each record of a list that has a span.
+    template <typename Name, typename Records>
+    void check_spans_of(char const* kind, Records const& records, Name const& owner) {
+        std::size_t position = 0;
+        for (auto const& record : records) {
+            ++position;
+            check_span([&] { return kind + (" " + std::to_string(position)) + " of " + owner(); }, record.source);
         }
     }
 
     void check_sources() {
         DuplicateFinder duplicates;
         for (auto const& source : document_.sources) {
-            check_duplicate(duplicates, numbered("Source", source.id.value), source.id.value, "the document");
+            check_duplicate(duplicates, [&] { return numbered("Source", source.id.value); }, source.id.value,
+                            the_document);
         }
     }
 
     void check_systems() {
         DuplicateFinder duplicates;
         for (auto const& system : document_.systems) {
-            std::string const record = numbered("System", system.id.value);
-            check_duplicate(duplicates, record, system.id.value, "the document");
+            auto const record = [&] { return numbered("System", system.id.value); };
+            check_duplicate(duplicates, record, system.id.value, the_document);
             DuplicateFinder atoms;
             for (auto const& atom : system.topology.atoms) {
-                check_duplicate(atoms, numbered("Atom", atom.id.value), atom.id.value,
-                                numbered("system", system.id.value));
+                check_duplicate(atoms, [&] { return numbered("Atom", atom.id.value); }, atom.id.value,
+                                [&] { return numbered("system", system.id.value); });
             }
             check_span(record, system.source);
         }
@@ -139,13 +182,14 @@ private:
     void check_frames() {
         DuplicateFinder duplicates;
         for (auto const& frame : document_.frames) {
-            std::string const record = numbered("Frame", frame.id.value);
-            check_duplicate(duplicates, record, frame.id.value, "the document");
+            auto const record = [&] { return numbered("Frame", frame.id.value); };
+            check_duplicate(duplicates, record, frame.id.value, the_document);
             check_reference(record, system_ids_, "unknown_system", "system", frame.system_id.value);
             auto const atoms = atom_counts_.find(frame.system_id.value);
             if (atoms != atom_counts_.end() && atoms->second != frame.positions_angstrom.size()) {
-                report("atom_count_mismatch", record + " holds " + counted(frame.positions_angstrom.size(), "position") +
-                                                  ", but " + numbered("system", frame.system_id.value) + " has " +
+                report("atom_count_mismatch", record() + " holds " +
+                                                  counted(frame.positions_angstrom.size(), "position") + ", but " +
+                                                  numbered("system", frame.system_id.value) + " has " +
                                                   counted(atoms->second, "atom") + ".");
             }
             check_span(record, frame.source);
@@ -155,8 +199,8 @@ private:
     void check_jobs() {
         DuplicateFinder duplicates;
         for (auto const& job : document_.jobs) {
-            std::string const record = numbered("Job", job.id.value);
-            check_duplicate(duplicates, record, job.id.value, "the document");
+            auto const record = [&] { return numbered("Job", job.id.value); };
+            check_duplicate(duplicates, record, job.id.value, the_document);
             check_reference(record, system_ids_, "unknown_system", "system", job.system_id.value);
             if (job.parent_job_id) {
                 check_reference(record, job_ids_, "unknown_job", "parent job", job.parent_job_id->value);
@@ -164,7 +208,7 @@ private:
             for (auto const step_id : job.step_ids) {
                 check_reference(record, step_ids_, "unknown_step", "step", step_id.value);
             }
-            check_span("Termination of " + numbered("job", job.id.value), job.termination.source);
+            check_span([&] { return "Termination of " + numbered("job", job.id.value); }, job.termination.source);
             check_span(record, job.source);
         }
     }
@@ -172,9 +216,9 @@ private:
     void check_steps() {
         DuplicateFinder duplicates;
         for (auto const& step : document_.steps) {
-            std::string const record = numbered("Step", step.id.value);
-            std::string const owner = numbered("step", step.id.value);
-            check_duplicate(duplicates, record, step.id.value, "the document");
+            auto const record = [&] { return numbered("Step", step.id.value); };
+            auto const owner = [&] { return numbered("step", step.id.value); };
+            check_duplicate(duplicates, record, step.id.value, the_document);
             check_reference(record, job_ids_, "unknown_job", "job", step.job_id.value);
             check_reference(record, system_ids_, "unknown_system", "system", step.system_id.value);
             if (step.frame_id) {
@@ -182,62 +226,59 @@ private:
             }
             check_energies(owner, "step", step.energies, step.primary_energy_id);
             if (step.gradient) {
-                check_span("Gradient of " + owner, step.gradient->source);
+                check_span([&] { return "Gradient of " + owner(); }, step.gradient->source);
             }
             if (step.convergence) {
-                check_span("Convergence of " + owner, step.convergence->source);
+                check_span([&] { return "Convergence of " + owner(); }, step.convergence->source);
             }
             check_span(record, step.source);
         }
     }
 
-    void check_payload(std::string const& owner, ExcitedStateBlock const& block) {
-        std::size_t position = 0;
-        for (auto const& state : block.states) {
-            check_span("State " + std::to_string(++position) + " of " + owner, state.source);
-        }
+    template <typename Name>
+    void check_payload(Name const& owner, ExcitedStateBlock const& block) {
+        check_spans_of("State", block.states, owner);
         check_energies(owner, "block", block.total_energies, block.preferred_total_energy_id);
-        position = 0;
-        for (auto const& peak : block.absorption_peaks) {
-            check_span("Peak " + std::to_string(++position) + " of " + owner, peak.source);
-        }
+        check_spans_of("Peak", block.absorption_peaks, owner);
     }
 
-    void check_payload(std::string const& owner, DipoleBlock const& block) {
-        std::size_t position = 0;
-        for (auto const& moment : block.moments) {
-            check_span("Moment " + std::to_string(++position) + " of " + owner, moment.source);
-        }
+    template <typename Name>
+    void check_payload(Name const& owner, DipoleBlock const& block) {
+        check_spans_of("Moment", block.moments, owner);
     }
 
-    void check_payload(std::string const& owner, ScalarPropertyBlock const& block) {
-        std::size_t position = 0;
-        for (auto const& property : block.properties) {
-            check_span("Property " + std::to_string(++position) + " of " + owner, property.source);
-        }
+    template <typename Name>
+    void check_payload(Name const& owner, ScalarPropertyBlock const& block) {
+        check_spans_of("Property", block.properties, owner);
     }
 
     // These alternatives hold no references. Each alternative is named, so
     // that a new one fails to compile until it says what it checks.
-    void check_payload(std::string const&, VibrationalBlock const&) {}
-    void check_payload(std::string const&, OrbitalSetBlock const&) {}
-    void check_payload(std::string const&, ThermochemistryBlock const&) {}
-    void check_payload(std::string const&, AtomicChargeBlock const&) {}
+    template <typename Name>
+    void check_payload(Name const&, VibrationalBlock const&) {}
+    template <typename Name>
+    void check_payload(Name const&, OrbitalSetBlock const&) {}
+    template <typename Name>
+    void check_payload(Name const&, ThermochemistryBlock const&) {}
+    template <typename Name>
+    void check_payload(Name const&, AtomicChargeBlock const&) {}
 
     void check_analyses() {
         DuplicateFinder duplicates;
         for (auto const& block : document_.analyses) {
-            std::string const record = numbered("Analysis", block.id.value);
-            check_duplicate(duplicates, record, block.id.value, "the document");
+            auto const record = [&] { return numbered("Analysis", block.id.value); };
+            check_duplicate(duplicates, record, block.id.value, the_document);
             check_reference(record, job_ids_, "unknown_job", "job", block.job_id.value);
             if (block.reference_step_id) {
                 check_reference(record, step_ids_, "unknown_step", "step", block.reference_step_id->value);
             }
-            std::string const owner = numbered("analysis", block.id.value);
+            auto const owner = [&] { return numbered("analysis", block.id.value); };
             std::visit([&](auto const& payload) { check_payload(owner, payload); }, block.payload);
             check_span(record, block.source);
         }
     }
+
+    static std::string the_document() { return "the document"; }
 
     Document const& document_;
     IdSet const source_ids_;

@@ -5,7 +5,7 @@
 #include "core/optional_keys.hpp"
 #include "core/sequences.hpp"
 #include "core/source_spans.hpp"
-#include "core/vec3_writer.hpp"
+#include "core/vec3_fields.hpp"
 
 #include <array>
 

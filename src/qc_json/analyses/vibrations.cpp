@@ -4,7 +4,7 @@
 #include "core/field_readers.hpp"
 #include "core/optional_keys.hpp"
 #include "core/sequences.hpp"
-#include "core/vec3_writer.hpp"
+#include "core/vec3_fields.hpp"
 
 #include <array>
 

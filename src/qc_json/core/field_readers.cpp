@@ -1,10 +1,24 @@
 #include "core/field_readers.hpp"
 
+#include "core/vec3_fields.hpp"
+
+#include <array>
 #include <limits>
 #include <utility>
 
 namespace morv::qc::json {
 namespace {
+
+// The diagnostic of a field that was not read, away from the path of the
+// fields that are.
+[[gnu::noinline, gnu::cold]] void report_unread(DocumentResult& result, FieldState state, std::string_view key,
+                                                Presence presence) {
+    if (state == FieldState::refused) {
+        add_error(result, "qc.json.invalid_field", std::string("Invalid value for field: ").append(key));
+    } else if (presence == Presence::required) {
+        add_error(result, "qc.json.missing_field", std::string("Missing required field: ").append(key));
+    }
+}
 
 // `T` is the type that yaml-cpp converts to; the callers narrow it to the
 // field's own type.
@@ -12,17 +26,10 @@ template <typename T>
 std::optional<T> read_field(DocumentResult& result, Node const& parent, std::string_view key, Presence presence) {
     // The lookup may throw; that is meant to end the decode.
     FieldValue<T> field = parent.field<T>(key);
-    switch (field.state) {
-        case FieldState::read: return std::move(field.value);
-        case FieldState::missing:
-            if (presence == Presence::required) {
-                add_error(result, "qc.json.missing_field", std::string("Missing required field: ").append(key));
-            }
-            break;
-        case FieldState::refused:
-            add_error(result, "qc.json.invalid_field", std::string("Invalid value for field: ").append(key));
-            break;
+    if (field.state == FieldState::read) {
+        return std::move(field.value);
     }
+    report_unread(result, field.state, key, presence);
     return std::nullopt;
 }
 
@@ -51,9 +58,18 @@ std::optional<double> read_double_field(DocumentResult& result, Node const& pare
     return read_field<double>(result, parent, key, presence);
 }
 
+std::optional<std::string_view> read_text_field(DocumentResult& result, Node const& parent, std::string_view key,
+                                                Presence presence) {
+    return read_field<std::string_view>(result, parent, key, presence);
+}
+
+// The text is copied once, here, rather than at each step on the way.
 std::optional<std::string> read_string_field(DocumentResult& result, Node const& parent, std::string_view key,
                                              Presence presence) {
-    return read_field<std::string>(result, parent, key, presence);
+    if (auto const text = read_text_field(result, parent, key, presence)) {
+        return std::string(*text);
+    }
+    return std::nullopt;
 }
 
 std::optional<bool> read_bool_field(DocumentResult& result, Node const& parent, std::string_view key) {
@@ -78,10 +94,13 @@ std::optional<chem::Vec3> read_vec3(DocumentResult& result, Node const& node) {
         add_error(result, "qc.json.invalid_vec3", "Expected a Cartesian vector object.");
         return std::nullopt;
     }
+    if (std::array<double, 3> xyz{}; node.numbers_in_order(vec3_keys, xyz)) {
+        return chem::Vec3{xyz[0], xyz[1], xyz[2]};
+    }
     // All three are read so that each bad component is reported.
-    auto const x = read_double_field(result, node, "x", Presence::required);
-    auto const y = read_double_field(result, node, "y", Presence::required);
-    auto const z = read_double_field(result, node, "z", Presence::required);
+    auto const x = read_double_field(result, node, vec3_keys[0], Presence::required);
+    auto const y = read_double_field(result, node, vec3_keys[1], Presence::required);
+    auto const z = read_double_field(result, node, vec3_keys[2], Presence::required);
     if (!x || !y || !z) {
         return std::nullopt;
     }

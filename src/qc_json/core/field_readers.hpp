@@ -33,13 +33,17 @@ std::optional<double> read_double_field(DocumentResult& result, Node const& pare
                                         Presence presence);
 std::optional<std::string> read_string_field(DocumentResult& result, Node const& parent, std::string_view key,
                                              Presence presence);
+// The same field's text without a copy, for a caller that keeps no string:
+// it lives as long as the parsed text.
+std::optional<std::string_view> read_text_field(DocumentResult& result, Node const& parent, std::string_view key,
+                                                Presence presence);
 std::optional<bool> read_bool_field(DocumentResult& result, Node const& parent, std::string_view key);
 
 // A field that holds one of an enumeration's words; a missing or unknown
 // word reads as the table's `otherwise`.
 template <typename Enum>
 Enum read_word_field(DocumentResult& result, Node const& parent, std::string_view key) {
-    return enumerator_or_otherwise<Enum>(read_string_field(result, parent, key, Presence::optional).value_or(""));
+    return enumerator_or_otherwise<Enum>(read_text_field(result, parent, key, Presence::optional).value_or(""));
 }
 
 // An identifier: a 64-bit unsigned field that must also fit 32 bits.

@@ -77,6 +77,22 @@ public:
         return find_from_start(map, key, hint);
     }
 
+    // Whether the scalar at `index` is the text `key`. Keys are short: a loop
+    // beats a call of memcmp.
+    bool key_is(std::uint32_t index, std::string_view key) const {
+        TreeValue const& value = (*this)[index];
+        if (value.size != key.size()) {
+            return false;
+        }
+        char const* const stored = text(value).data();
+        for (std::size_t at = 0; at < key.size(); ++at) {
+            if (stored[at] != key[at]) {
+                return false;
+            }
+        }
+        return true;
+    }
+
     // Frees the chunks that hold nothing but what the container at `index`
     // holds, once it has been read and will not be looked at again. The
     // decode holds the tree and the document it builds at once; freeing each
@@ -102,21 +118,6 @@ private:
     void grow();
 
     std::uint32_t find_from_start(std::uint32_t map, std::string_view key, std::uint32_t& hint) const;
-
-    // Keys are short: a loop beats a call of memcmp.
-    bool key_is(std::uint32_t index, std::string_view key) const {
-        TreeValue const& value = (*this)[index];
-        if (value.size != key.size()) {
-            return false;
-        }
-        char const* const stored = text(value).data();
-        for (std::size_t at = 0; at < key.size(); ++at) {
-            if (stored[at] != key[at]) {
-                return false;
-            }
-        }
-        return true;
-    }
 
     std::string_view source_;
     std::string decoded_;

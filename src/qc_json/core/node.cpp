@@ -173,6 +173,20 @@ FieldValue<T> Node::field_elsewhere(std::string_view key) const {
     return {FieldState::read, std::move(*converted)};
 }
 
+// The text of a scalar, as the conversion to std::string finds it, without
+// the copy: a yaml-cpp scalar lives as long as its document.
+template <>
+FieldValue<std::string_view> Node::field_elsewhere<std::string_view>(std::string_view key) const {
+    Node const child = (*this)[key];
+    if (!child.defined() || child.is_null()) {
+        return {FieldState::missing, {}};
+    }
+    if (!child.is_scalar()) {
+        return {FieldState::refused, {}};
+    }
+    return {FieldState::read, child.scalar()};
+}
+
 void Node::release() const {
     if (TreeRef const* ref = tree_ref(); ref && ref->defined()) {
         ref->tree->release_inside(ref->index);
@@ -217,7 +231,6 @@ template unsigned int Node::as<unsigned int>() const;
 template unsigned long long Node::as<unsigned long long>() const;
 
 template std::optional<std::string> Node::try_as<std::string>() const;
-template FieldValue<std::string> Node::field_elsewhere<std::string>(std::string_view) const;
 template FieldValue<bool> Node::field_elsewhere<bool>(std::string_view) const;
 template FieldValue<double> Node::field_elsewhere<double>(std::string_view) const;
 template FieldValue<int> Node::field_elsewhere<int>(std::string_view) const;

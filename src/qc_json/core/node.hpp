@@ -12,6 +12,7 @@
 
 #include <yaml-cpp/yaml.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -68,6 +69,15 @@ public:
     // step on the tree, where the field readers spend most of a decode.
     template <typename T>
     FieldValue<T> field(std::string_view key) const;
+
+    // On the tree, when this is a map of exactly the pairs of `keys`, in that
+    // order, each value a number that converts: true, with the values in
+    // `values`. False otherwise, with nothing read, and the caller reads field
+    // by field, which finds the same values in such a map. The small records
+    // that fill most of a large document (vectors, source positions) are read
+    // in one step this way.
+    template <typename T, std::size_t N>
+    bool numbers_in_order(std::array<std::string_view, N> const& keys, std::array<T, N>& values) const;
 
     // Done with: on the tree, the memory of what this value holds may go, and
     // nothing inside it may be read afterwards. Nothing on yaml-cpp.
@@ -209,6 +219,29 @@ FieldValue<T> Node::field(std::string_view key) const {
         return {FieldState::refused, T{}};
     }
     return {FieldState::read, std::move(*converted)};
+}
+
+template <typename T, std::size_t N>
+bool Node::numbers_in_order(std::array<std::string_view, N> const& keys, std::array<T, N>& values) const {
+    TreeRef const* ref = tree_ref();
+    if (!ref || !ref->defined() || ref->value().kind() != TreeKind::map || ref->value().size != N) {
+        return false;
+    }
+    JsonTree const& tree = *ref->tree;
+    // Each value is a scalar, so the pairs are two apart.
+    for (std::size_t at = 0; at < N; ++at) {
+        std::uint32_t const key = ref->index + 1 + 2 * static_cast<std::uint32_t>(at);
+        TreeValue const& value = tree[key + 1];
+        if (value.kind() != TreeKind::number || !tree.key_is(key, keys[at])) {
+            return false;
+        }
+        std::optional<T> const converted = convert_scalar<T>(tree.text(value), true);
+        if (!converted) {
+            return false;
+        }
+        values[at] = *converted;
+    }
+    return true;
 }
 
 // Parses a whole text with yaml-cpp; throws YAML::Exception when yaml-cpp

@@ -3,6 +3,7 @@
 #include <yaml-cpp/yaml.h>
 
 #include <charconv>
+#include <cstring>
 #include <cstdint>
 #include <string>
 #include <system_error>
@@ -19,6 +20,9 @@ std::optional<T> convert_with_yaml(std::string_view text) {
     }
     return std::nullopt;
 }
+
+// The first byte of a word loaded from the text is its lowest.
+constexpr bool little_endian = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
 
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
@@ -89,6 +93,38 @@ std::optional<T> convert_number(std::string_view text, bool spelled_plainly) {
     return convert_with_yaml<T>(text);
 }
 
+// The value of the eight digits at `p`, or nothing when one of the bytes is
+// not a digit. The first byte of a word loaded from the text is its lowest.
+bool eight_digits(char const* p, std::uint64_t& value) {
+    constexpr std::uint64_t ones = 0x0101010101010101U;
+    std::uint64_t word = 0;
+    std::memcpy(&word, p, sizeof word);
+    // Every byte is 0x30 to 0x39: its high half is 3, and adding 6 carries
+    // into no high half.
+    if ((word & (ones * 0xF0)) != ones * 0x30 || ((word + ones * 0x06) & (ones * 0xF0)) != ones * 0x30) {
+        return false;
+    }
+    word -= ones * 0x30;
+    // Pairs, then fours, then all eight, each the higher digits times a power
+    // of ten plus the lower.
+    word = (word * 10 + (word >> 8)) & 0x00FF00FF00FF00FFU;
+    word = (word * 100 + (word >> 16)) & 0x0000FFFF0000FFFFU;
+    value = (word * 10000 + (word >> 32)) & 0xFFFFFFFFU;
+    return true;
+}
+
+// The digits from `p` on appended to `digits`; the position after them.
+char const* append_digits(char const* p, char const* end, std::uint64_t& digits) {
+    if (std::uint64_t eight = 0; little_endian && end - p >= 8 && eight_digits(p, eight)) {
+        digits = digits * 100'000'000 + eight;
+        p += 8;
+    }
+    for (; p != end && is_digit(*p); ++p) {
+        digits = digits * 10 + static_cast<std::uint64_t>(*p - '0');
+    }
+    return p;
+}
+
 // Powers of ten that a double holds exactly.
 constexpr double exact_powers_of_ten[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                           1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
@@ -97,52 +133,42 @@ constexpr double exact_powers_of_ten[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e
 // power of ten is at most 22 either way: the digits and the power are both
 // exact doubles, so one multiplication or division rounds the quotient or
 // product once, correctly, to the double that std::from_chars gives. Most
-// numbers that programs print are of this kind. False for any other text.
+// numbers that programs print are of this kind. False for any other number.
 bool convert_short_number(std::string_view text, double& value) {
     constexpr std::uint64_t max_exact = std::uint64_t{1} << 53;
-    // Longer texts are nearly all of 17 digits, which do not fit.
+    // Longer texts are nearly all of 17 digits, which do not fit. Seventeen
+    // digits or fewer never overflow 64 bits.
     constexpr std::size_t max_text = 17;
     if (text.size() > max_text) {
         return false;
     }
-    std::size_t at = 0;
-    bool const negative = !text.empty() && text[0] == '-';
-    at += negative ? 1 : 0;
+    char const* p = text.data();
+    char const* const end = p + text.size();
+    bool const negative = *p == '-';
+    p += negative ? 1 : 0;
     std::uint64_t digits = 0;
-    int fraction_digits = 0;
-    bool in_fraction = false;
-    for (; at < text.size(); ++at) {
-        char const c = text[at];
-        if (is_digit(c)) {
-            digits = digits * 10 + static_cast<std::uint64_t>(c - '0');
-            fraction_digits += in_fraction ? 1 : 0;
-            if (digits > max_exact) {
+    p = append_digits(p, end, digits);
+    int power = 0;
+    if (p != end && *p == '.') {
+        char const* const fraction = p + 1;
+        p = append_digits(fraction, end, digits);
+        power = -static_cast<int>(p - fraction);
+    }
+    if (p != end) {
+        // The exponent: a letter, a sign perhaps, and digits up to the end.
+        ++p;
+        bool const negative_exponent = *p == '-';
+        p += *p == '-' || *p == '+' ? 1 : 0;
+        int exponent = 0;
+        for (; p != end; ++p) {
+            if (exponent > 1000) {
                 return false;
             }
-        } else if (c == '.' && !in_fraction) {
-            in_fraction = true;
-        } else {
-            break;
+            exponent = exponent * 10 + (*p - '0');
         }
+        power += negative_exponent ? -exponent : exponent;
     }
-    int exponent = 0;
-    if (at < text.size()) {
-        if (text[at] != 'e' && text[at] != 'E') {
-            return false;
-        }
-        ++at;
-        bool const negative_exponent = at < text.size() && text[at] == '-';
-        at += at < text.size() && (text[at] == '-' || text[at] == '+') ? 1 : 0;
-        for (; at < text.size(); ++at) {
-            if (!is_digit(text[at]) || exponent > 1000) {
-                return false;
-            }
-            exponent = exponent * 10 + (text[at] - '0');
-        }
-        exponent = negative_exponent ? -exponent : exponent;
-    }
-    int const power = exponent - fraction_digits;
-    if (power < -22 || power > 22) {
+    if (digits > max_exact || power < -22 || power > 22) {
         return false;
     }
     double const magnitude = power < 0 ? static_cast<double>(digits) / exact_powers_of_ten[-power]

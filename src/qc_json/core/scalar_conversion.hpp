@@ -13,13 +13,19 @@ namespace morv::qc::json {
 
 // Empty when yaml-cpp refuses the text. `json_number` vouches that the text
 // is a number as strict JSON spells it, which spares checking it again.
-// Defined for std::string, bool, double, int, and unsigned short, int and
+// Defined for std::string, std::string_view, bool, double, int, and unsigned short, int and
 // long long.
 template <typename T>
 std::optional<T> convert_scalar(std::string_view text, bool json_number);
 
 template <>
 std::optional<std::string> convert_scalar<std::string>(std::string_view text, bool json_number);
+// The text itself, as the conversion to std::string gives it, without a copy:
+// it lives as long as the parsed text.
+template <>
+inline std::optional<std::string_view> convert_scalar<std::string_view>(std::string_view text, bool) {
+    return text;
+}
 template <>
 std::optional<bool> convert_scalar<bool>(std::string_view text, bool json_number);
 template <>

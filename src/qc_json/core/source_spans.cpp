@@ -6,8 +6,14 @@
 
 #include <morv/qc/model.hpp>
 
+#include <array>
+#include <string_view>
+
 namespace morv::qc::json {
 namespace {
+
+// The keys of a source position, in the order in which they are written.
+constexpr std::array<std::string_view, 3> source_position_keys = {"column", "line", "offset"};
 
 model::Diagnostic read_stored_diagnostic(DocumentResult& result, Node const& node) {
     model::Diagnostic diagnostic;
@@ -35,9 +41,15 @@ std::optional<model::SourcePosition> read_source_position(DocumentResult& result
         return std::nullopt;
     }
     model::SourcePosition position;
-    position.offset = read_uint64_field(result, node, "offset", Presence::optional).value_or(0);
-    position.line = read_uint64_field(result, node, "line", Presence::optional).value_or(0);
-    position.column = read_uint64_field(result, node, "column", Presence::optional).value_or(0);
+    if (std::array<unsigned long long, 3> numbers{}; node.numbers_in_order(source_position_keys, numbers)) {
+        position.column = numbers[0];
+        position.line = numbers[1];
+        position.offset = numbers[2];
+        return position;
+    }
+    position.offset = read_uint64_field(result, node, source_position_keys[2], Presence::optional).value_or(0);
+    position.line = read_uint64_field(result, node, source_position_keys[1], Presence::optional).value_or(0);
+    position.column = read_uint64_field(result, node, source_position_keys[0], Presence::optional).value_or(0);
     return position;
 }
 
@@ -78,9 +90,9 @@ void read_diagnostics(DocumentResult& result, Node const& node) {
 
 void write_source_position(JsonPrinter& printer, model::SourcePosition const& position) {
     printer.begin_object();
-    printer.member("column", position.column);
-    printer.member("line", position.line);
-    printer.member("offset", position.offset);
+    printer.member(source_position_keys[0], position.column);
+    printer.member(source_position_keys[1], position.line);
+    printer.member(source_position_keys[2], position.offset);
     printer.end_object();
 }
 

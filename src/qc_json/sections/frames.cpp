@@ -2,7 +2,7 @@
 
 #include "core/field_readers.hpp"
 #include "core/sequences.hpp"
-#include "core/vec3_writer.hpp"
+#include "core/vec3_fields.hpp"
 #include "core/source_spans.hpp"
 
 namespace morv::qc::json {
