@@ -63,7 +63,7 @@ void read_program_key(DocumentResult& result, Node const& value) {
 // reader here: the first two decide whether and how the rest is read, and
 // the stored diagnostics are read after the extensions.
 struct RootKey {
-    char const* key;
+    std::string_view key;
     void (*write)(Written const& written);
     RootReader read;
 };
@@ -96,7 +96,7 @@ static_assert(root_keys.size() == model::detail::member_count<Document>() - 1 + 
               "every member of the document needs its root key");
 constexpr auto root_key_order = byte_order(root_keys);
 
-bool is_known_root_key(std::string const& key) {
+bool is_known_root_key(std::string_view key) {
     return std::any_of(root_keys.begin(), root_keys.end(), [&](RootKey const& entry) { return entry.key == key; });
 }
 

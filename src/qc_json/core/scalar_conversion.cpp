@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <cstring>
+#include <limits>
 #include <cstdint>
 #include <string>
 #include <system_error>
@@ -114,7 +115,7 @@ bool eight_digits(char const* p, std::uint64_t& value) {
 }
 
 // The digits from `p` on appended to `digits`; the position after them.
-char const* append_digits(char const* p, char const* end, std::uint64_t& digits) {
+inline char const* append_digits(char const* p, char const* end, std::uint64_t& digits) {
     if (std::uint64_t eight = 0; little_endian && end - p >= 8 && eight_digits(p, eight)) {
         digits = digits * 100'000'000 + eight;
         p += 8;
@@ -177,6 +178,24 @@ bool convert_short_number(std::string_view text, double& value) {
     return true;
 }
 
+// A JSON number of at most nine digits and nothing else: most integers of a
+// document (ids, indices, counts, places in a text), read without a call.
+bool convert_short_digits(std::string_view text, std::uint32_t& value) {
+    constexpr std::size_t max_digits = 9;
+    if (text.empty() || text.size() > max_digits) {
+        return false;
+    }
+    std::uint32_t digits = 0;
+    for (char const c : text) {
+        if (!is_digit(c)) {
+            return false;
+        }
+        digits = digits * 10 + static_cast<std::uint32_t>(c - '0');
+    }
+    value = digits;
+    return true;
+}
+
 }  // namespace
 
 template <>
@@ -206,6 +225,10 @@ std::optional<double> convert_scalar<double>(std::string_view text, bool json_nu
 template <typename T>
 std::optional<T> convert_scalar(std::string_view text, bool json_number) {
     static_assert(std::is_integral_v<T>);
+    if (std::uint32_t value = 0; json_number && convert_short_digits(text, value) &&
+                                 value <= std::numeric_limits<T>::max()) {
+        return static_cast<T>(value);
+    }
     // A JSON number that std::from_chars takes in full is a plain decimal
     // integer. It takes no minus sign for an unsigned type, and yaml-cpp
     // refuses one outright.
