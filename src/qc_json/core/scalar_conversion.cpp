@@ -94,18 +94,18 @@ std::optional<T> convert_number(std::string_view text, bool spelled_plainly) {
     return convert_with_yaml<T>(text);
 }
 
-// The value of the eight digits at `p`, or nothing when one of the bytes is
-// not a digit. The first byte of a word loaded from the text is its lowest.
-bool eight_digits(char const* p, std::uint64_t& value) {
-    constexpr std::uint64_t ones = 0x0101010101010101U;
-    std::uint64_t word = 0;
-    std::memcpy(&word, p, sizeof word);
+constexpr std::uint64_t byte_ones = 0x0101010101010101U;
+
+// The value of the eight digits of `word`, or nothing when one of its bytes
+// is not a digit. The first byte of a word loaded from the text is its lowest.
+bool digits_of_word(std::uint64_t word, std::uint64_t& value) {
     // Every byte is 0x30 to 0x39: its high half is 3, and adding 6 carries
     // into no high half.
-    if ((word & (ones * 0xF0)) != ones * 0x30 || ((word + ones * 0x06) & (ones * 0xF0)) != ones * 0x30) {
+    if ((word & (byte_ones * 0xF0)) != byte_ones * 0x30 ||
+        ((word + byte_ones * 0x06) & (byte_ones * 0xF0)) != byte_ones * 0x30) {
         return false;
     }
-    word -= ones * 0x30;
+    word -= byte_ones * 0x30;
     // Pairs, then fours, then all eight, each the higher digits times a power
     // of ten plus the lower.
     word = (word * 10 + (word >> 8)) & 0x00FF00FF00FF00FFU;
@@ -114,11 +114,36 @@ bool eight_digits(char const* p, std::uint64_t& value) {
     return true;
 }
 
-// The digits from `p` on appended to `digits`; the position after them.
-inline char const* append_digits(char const* p, char const* end, std::uint64_t& digits) {
-    if (std::uint64_t eight = 0; little_endian && end - p >= 8 && eight_digits(p, eight)) {
-        digits = digits * 100'000'000 + eight;
-        p += 8;
+std::uint64_t word_at(char const* p) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, p, sizeof word);
+    return word;
+}
+
+// The last `count` bytes (1 to 7) of the eight that end at `end`, when all
+// are digits: the bytes before them are taken for leading zeros. A loop over
+// a run of varying length mispredicts its end; this does not.
+bool last_digits(char const* end, std::size_t count, std::uint64_t& value) {
+    unsigned const dropped_bits = 8 * static_cast<unsigned>(8 - count);
+    std::uint64_t const kept = ~std::uint64_t{0} << dropped_bits;
+    return digits_of_word((word_at(end - 8) & kept) | (byte_ones * 0x30 & ~kept), value);
+}
+
+constexpr std::uint64_t integer_powers_of_ten[] = {1, 10, 100, 1'000, 10'000, 100'000, 1'000'000, 10'000'000};
+
+// The digits from `p` on appended to `digits`; the position after them. The
+// number's text starts at `begin` and ends at `end`.
+inline char const* append_digits(char const* begin, char const* p, char const* end, std::uint64_t& digits) {
+    if constexpr (little_endian) {
+        if (std::uint64_t eight = 0; end - p >= 8 && digits_of_word(word_at(p), eight)) {
+            digits = digits * 100'000'000 + eight;
+            p += 8;
+        }
+        auto const rest = static_cast<std::size_t>(end - p);
+        if (std::uint64_t tail = 0; rest > 0 && rest < 8 && end - begin >= 8 && last_digits(end, rest, tail)) {
+            digits = digits * integer_powers_of_ten[rest] + tail;
+            return end;
+        }
     }
     for (; p != end && is_digit(*p); ++p) {
         digits = digits * 10 + static_cast<std::uint64_t>(*p - '0');
@@ -148,11 +173,11 @@ bool convert_short_number(std::string_view text, double& value) {
     bool const negative = *p == '-';
     p += negative ? 1 : 0;
     std::uint64_t digits = 0;
-    p = append_digits(p, end, digits);
+    p = append_digits(text.data(), p, end, digits);
     int power = 0;
     if (p != end && *p == '.') {
         char const* const fraction = p + 1;
-        p = append_digits(fraction, end, digits);
+        p = append_digits(text.data(), fraction, end, digits);
         power = -static_cast<int>(p - fraction);
     }
     if (p != end) {
