@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstdio>
 #include <mutex>
@@ -52,16 +53,59 @@ private:
     std::condition_variable ready_;
 };
 
-void print(FileOutcome const& outcome) {
-    std::fwrite(outcome.output.data(), 1, outcome.output.size(), stdout);
+// How long a report may wait in the buffer of standard output.
+constexpr std::chrono::milliseconds flush_interval{50};
+
+// Standard output goes out in blocks: a write for each report would cost a
+// small file that a pipe reads about half as much as its decode. It is
+// flushed before anything goes to standard error, so that the two keep their
+// order where they share a file, and once `flush_interval` has passed, so
+// that a report waits at most for the file after it.
+class OutcomePrinter {
+public:
+    void print(FileOutcome const& outcome) {
+        std::fwrite(outcome.output.data(), 1, outcome.output.size(), stdout);
+        auto const now = std::chrono::steady_clock::now();
+        if (!outcome.error.empty() || now - last_flush_ >= flush_interval) {
+            std::fflush(stdout);
+            last_flush_ = now;
+        }
+        std::fputs(outcome.error.c_str(), stderr);
+    }
+
+private:
+    std::chrono::steady_clock::time_point last_flush_ = std::chrono::steady_clock::now();
+};
+
+// Prints the outcome that `take` gives for each index in turn, and returns
+// the status of the run.
+template <typename Take>
+int print_in_order(std::size_t count, std::string_view verb, Take take) {
+    ProgressLine progress(verb, count);
+    OutcomePrinter printer;
+    int status = exit_complete;
+    for (std::size_t index = 0; index < count; ++index) {
+        FileOutcome const outcome = take(index);
+        progress.clear();
+        printer.print(outcome);
+        status = worse_exit_status(status, outcome.exit_status);
+        progress.show(index + 1);
+    }
     std::fflush(stdout);
-    std::fputs(outcome.error.c_str(), stderr);
+    return status;
 }
 
 }  // namespace
 
 int run_over_files(std::vector<std::string> const& paths, unsigned jobs, std::string_view verb,
                    ProcessText const& process) {
+    std::size_t const worker_count = std::min<std::size_t>(std::max(jobs, 1u), paths.size());
+    // A single worker would only hand each outcome over to this thread, two
+    // context switches a file, which cost a small file more than its decode.
+    if (worker_count <= 1) {
+        return print_in_order(paths.size(), verb,
+                              [&](std::size_t index) { return process_file(index, paths[index], process); });
+    }
     OrderedOutcomes outcomes(paths.size());
     std::atomic<std::size_t> next{0};
     auto const work = [&] {
@@ -70,20 +114,11 @@ int run_over_files(std::vector<std::string> const& paths, unsigned jobs, std::st
         }
     };
     std::vector<std::thread> workers;
-    std::size_t const worker_count = std::min<std::size_t>(std::max(jobs, 1u), paths.size());
     for (std::size_t i = 0; i < worker_count; ++i) {
         workers.emplace_back(work);
     }
-
-    ProgressLine progress(verb, paths.size());
-    int status = exit_complete;
-    for (std::size_t index = 0; index < paths.size(); ++index) {
-        FileOutcome const outcome = outcomes.take(index);
-        progress.clear();
-        print(outcome);
-        status = worse_exit_status(status, outcome.exit_status);
-        progress.show(index + 1);
-    }
+    int const status =
+        print_in_order(paths.size(), verb, [&](std::size_t index) { return outcomes.take(index); });
     for (auto& worker : workers) {
         worker.join();
     }

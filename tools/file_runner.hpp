@@ -26,9 +26,10 @@ using ProcessText =
 
 // Reads each of `paths` on up to `jobs` threads and hands its bytes to
 // `process`, printing the outcomes in the order of `paths`, each as soon as
-// all before it are printed. A path that cannot be read is reported on
-// standard error and the others are still processed. Returns the exit status
-// of the run.
+// all before it are printed (standard output goes out in blocks, at the
+// latest after the file that follows). A path that cannot be read is reported
+// on standard error and the others are still processed. Returns the exit
+// status of the run.
 int run_over_files(std::vector<std::string> const& paths, unsigned jobs, std::string_view verb,
                    ProcessText const& process);
 

@@ -1,5 +1,6 @@
 #include "input_files.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -13,11 +14,29 @@ namespace {
 
 std::string system_reason() { return std::strerror(errno); }
 
-// Reads until the end of `fd`; a directory fails here with "Is a directory".
+// The bytes to make room for before the first read: a regular file's size,
+// and one more so that the read after its bytes finds the end; for anything
+// else, a pipe say, a start.
+std::size_t expected_size(int fd) {
+    struct stat status {};
+    if (::fstat(fd, &status) == 0 && S_ISREG(status.st_mode)) {
+        return static_cast<std::size_t>(status.st_size) + 1;
+    }
+    return std::size_t{1} << 16;
+}
+
+// Reads until the end of `fd` straight into `text`, growing it only when it
+// is full; a directory fails here with "Is a directory".
 std::optional<std::string> read_all(int fd, std::string& text) {
-    char buffer[1 << 16];
+    text.reserve(expected_size(fd));
     for (;;) {
-        ssize_t const count = ::read(fd, buffer, sizeof buffer);
+        if (text.size() == text.capacity()) {
+            text.reserve(2 * text.capacity());
+        }
+        std::size_t const size = text.size();
+        text.resize(text.capacity());
+        ssize_t const count = ::read(fd, text.data() + size, text.size() - size);
+        text.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
         if (count == 0) {
             return std::nullopt;
         }
@@ -27,7 +46,6 @@ std::optional<std::string> read_all(int fd, std::string& text) {
             }
             return system_reason();
         }
-        text.append(buffer, static_cast<std::size_t>(count));
     }
 }
 

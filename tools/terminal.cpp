@@ -58,6 +58,9 @@ void ProgressLine::show(std::size_t done) {
     if (!enabled_ || done == total_) {
         return;
     }
+    // The reports printed before it go out first, should they share the
+    // terminal.
+    std::fflush(stdout);
     std::fprintf(stderr, "\r\033[K%s %zu of %zu files", verb_.c_str(), done, total_);
     std::fflush(stderr);
     shown_ = true;

@@ -79,9 +79,10 @@ protected:
 
     // The tool run in the scratch folder, so that relative paths in
     // arguments and messages are the folder's, without NO_COLOR from the
-    // caller's environment but with `extra_environment`.
+    // caller's environment but with `extra_environment`; with `one_stream`,
+    // standard error goes to standard output.
     Outcome run(std::vector<std::string> const& arguments, std::string const& input = "",
-                std::vector<std::string> const& extra_environment = {}) const {
+                std::vector<std::string> const& extra_environment = {}, bool one_stream = false) const {
         write_file(folder / "stdin", input);
         std::string command = "cd " + quoted(folder) + " && env -u NO_COLOR";
         for (auto const& variable : extra_environment) {
@@ -91,7 +92,8 @@ protected:
         for (auto const& argument : arguments) {
             command += " " + quoted(argument);
         }
-        int const status = std::system((command + " <stdin >stdout 2>stderr").c_str());
+        char const* const redirection = one_stream ? " <stdin >stdout 2>&1" : " <stdin >stdout 2>stderr";
+        int const status = std::system((command + redirection).c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read_file(folder / "stdout"),
                 read_file(folder / "stderr")};
     }
@@ -136,6 +138,13 @@ TEST_F(CliTest, CheckReportsInputsThatCannotBeReadAndChecksTheOthers) {
                               ": No such file or directory\n"
                               "morv-qc-json: cannot read " + folder.string() + ": Is a directory\n"
                               "morv-qc-json: cannot read /proc/self/mem: Input/output error\n");
+}
+
+TEST_F(CliTest, CheckKeepsReportsAndErrorsInOrderWhereTheyShareAStream) {
+    Outcome const result = run({"check", partial, "missing.json", failed}, "", {}, true);
+    EXPECT_EQ(result.out, partial.string() + ": " + partial_report +
+                              "morv-qc-json: cannot read missing.json: No such file or directory\n" +
+                              failed.string() + ": " + failed_report);
 }
 
 TEST_F(CliTest, CheckWritesJsonLines) {

@@ -196,10 +196,12 @@ char* print_escape(char* out, unsigned char byte) {
 std::uint32_t indentation(SerializeOptions const& options, std::uint32_t depth) { return depth * options.indent; }
 
 // The first chunk holds a small document whole. Each further one holds a
-// 64th of what is printed so far: the chunks all live until `finish` copies
-// them into the text, and a text of 40 MB still takes only some hundreds.
+// 32nd of what is printed so far: the chunks all live until `finish` copies
+// them into the text, and a text of 40 MB takes about two hundred, whose
+// list and allocator overhead the tail that `finish` keeps off the heap
+// more than covers.
 constexpr std::size_t first_chunk = 8192;
-constexpr std::size_t chunk_share = 64;
+constexpr std::size_t chunk_share = 32;
 
 // Indentation is mostly a few dozen blanks, which a store of fixed size
 // covers; what it writes past the count, later bytes overwrite.
@@ -208,17 +210,24 @@ constexpr std::size_t long_blanks = 4096;
 
 }  // namespace
 
+// The heap holds the text returned and, while that is allocated, every
+// chunk: what is printed twice, and the list of chunks and what the
+// allocator adds to each on top. The end of the text waits on the stack
+// instead, which keeps the heap under twice the text.
 std::string JsonPrinter::finish() {
     if (options_.pretty) {
         put('\n');
     }
     close_chunk();
+    std::array<char, tail_size> tail;
+    std::string_view const tail_text = move_tail(tail);
     trim_last_chunk();
     std::string text;
-    text.reserve(chunks_bytes_);
+    text.reserve(chunks_bytes_ + tail_text.size());
     for (Chunk const& chunk : chunks_) {
         text.append(chunk.bytes.get(), chunk.used);
     }
+    text.append(tail_text);
     chunks_.clear();
     chunks_bytes_ = 0;
     cursor_ = limit_ = nullptr;
@@ -233,9 +242,27 @@ void JsonPrinter::close_chunk() {
     }
 }
 
-// The last chunk is mostly part empty. A copy of what it holds lets the
-// rest go before the text is allocated, so that the heap then holds what is
-// printed twice and hardly more.
+// Moves the last bytes printed, as many as `tail` holds, to the end of
+// `tail`, and lets go the chunks that they leave empty.
+std::string_view JsonPrinter::move_tail(std::array<char, tail_size>& tail) {
+    char* const end = tail.data() + tail.size();
+    char* begin = end;
+    while (!chunks_.empty() && begin != tail.data()) {
+        Chunk& last = chunks_.back();
+        std::size_t const count = std::min(last.used, static_cast<std::size_t>(begin - tail.data()));
+        begin -= count;
+        std::memcpy(begin, last.bytes.get() + last.used - count, count);
+        last.used -= count;
+        chunks_bytes_ -= count;
+        if (last.used == 0) {
+            chunks_.pop_back();
+        }
+    }
+    return std::string_view(begin, static_cast<std::size_t>(end - begin));
+}
+
+// The last chunk left is mostly part empty. A copy of what it holds lets the
+// rest go before the text is allocated.
 void JsonPrinter::trim_last_chunk() {
     if (chunks_.empty()) {
         return;

@@ -118,6 +118,10 @@ private:
     void close_chunk();
     void trim_last_chunk();
 
+    // How much of the end of the text `finish` keeps on the stack.
+    static constexpr std::size_t tail_size = 32768;
+    std::string_view move_tail(std::array<char, tail_size>& tail);
+
     struct Chunk {
         std::unique_ptr<char[]> bytes;
         std::size_t used;
