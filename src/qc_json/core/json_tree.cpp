@@ -57,86 +57,36 @@ unsigned non_digits(char const* data) {
     return static_cast<unsigned>(_mm_movemask_epi8(digits)) ^ 0xFFFFU;
 }
 
-// Moves over whole blocks of the text while every byte is plain string
-// text, and into the block to the first byte that is not.
-char const* skip_plain_string_blocks(char const* p, char const* end) {
-    while (end - p >= block_size) {
-        unsigned const ends = plain_string_ends(p);
-        if (ends != 0) {
-            return p + __builtin_ctz(ends);
-        }
-        p += block_size;
-    }
-    return p;
-}
-
-char const* skip_digit_blocks(char const* p, char const* end) {
-    while (end - p >= block_size) {
-        unsigned const stops = non_digits(p);
-        if (stops != 0) {
-            return p + __builtin_ctz(stops);
-        }
-        p += block_size;
-    }
-    return p;
-}
-
 #else
 
-// The first byte of a word loaded from the text is its lowest.
-constexpr bool little_endian = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
-constexpr std::uint64_t ones = 0x0101010101010101U;
+constexpr std::ptrdiff_t block_size = 8;
 
-std::uint64_t load_word(char const* data) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, data, sizeof word);
-    return word;
+unsigned plain_string_ends(char const* data) {
+    unsigned ends = 0;
+    for (int at = 0; at < block_size; ++at) {
+        ends |= static_cast<unsigned>(ends_plain_string(data[at])) << at;
+    }
+    return ends;
 }
 
-// Eight bytes at a time, up to the first byte that ends the plain part of
-// a string or to the last few bytes of the text.
-char const* skip_plain_string_blocks(char const* p, char const* end) {
-    if constexpr (!little_endian) {
-        return p;
+unsigned non_digits(char const* data) {
+    unsigned stops = 0;
+    for (int at = 0; at < block_size; ++at) {
+        stops |= static_cast<unsigned>(!is_digit(data[at])) << at;
     }
-    constexpr std::uint64_t highs = 0x8080808080808080U;
-    while (end - p >= 8) {
-        std::uint64_t const word = load_word(p);
-        std::uint64_t const quote = word ^ (ones * '"');
-        std::uint64_t const backslash = word ^ (ones * '\\');
-        // The high bit of each byte that is zero, or below 0x20; a byte
-        // after the first one found may be marked wrongly, never one
-        // before it.
-        std::uint64_t const found = ((quote - ones) & ~quote) | ((backslash - ones) & ~backslash) |
-                                    ((word - ones * 0x20) & ~word);
-        std::uint64_t const marks = found & highs;
-        if (marks != 0) {
-            return p + __builtin_ctzll(marks) / 8;
-        }
-        p += 8;
-    }
-    return p;
-}
-
-// Eight digits at a time while there are.
-char const* skip_digit_blocks(char const* p, char const* end) {
-    while (end - p >= 8) {
-        std::uint64_t const word = load_word(p);
-        // Every byte is 0x30 to 0x39: its high half is 3, and adding 6
-        // carries into no high half.
-        if ((word & (ones * 0xF0)) != ones * 0x30 || ((word + ones * 0x06) & (ones * 0xF0)) != ones * 0x30) {
-            break;
-        }
-        p += 8;
-    }
-    return p;
+    return stops;
 }
 
 #endif
 
-// The first byte at or after `p` that ends the plain part of a string, or `end`.
+// The first byte at or after `p` that ends the plain part of a string, or
+// `end`; a block at a time but in the last few bytes of the text.
 char const* find_plain_string_end(char const* p, char const* end) {
-    p = skip_plain_string_blocks(p, end);
+    for (; end - p >= block_size; p += block_size) {
+        if (unsigned const ends = plain_string_ends(p)) {
+            return p + __builtin_ctz(ends);
+        }
+    }
     while (p != end && !ends_plain_string(*p)) {
         ++p;
     }
@@ -144,7 +94,11 @@ char const* find_plain_string_end(char const* p, char const* end) {
 }
 
 char const* skip_digits(char const* p, char const* end) {
-    p = skip_digit_blocks(p, end);
+    for (; end - p >= block_size; p += block_size) {
+        if (unsigned const stops = non_digits(p)) {
+            return p + __builtin_ctz(stops);
+        }
+    }
     while (p != end && is_digit(*p)) {
         ++p;
     }
