@@ -105,6 +105,57 @@ char const* skip_digits(char const* p, char const* end) {
     return p;
 }
 
+// Numbers are short: most are read whole from one look at which bytes of
+// a window are digits, rather than from a scan for each of their parts.
+constexpr int number_window = 32;
+
+// The bytes past the window that the loader may look at.
+constexpr int number_lookahead = 1;
+
+// Bit k set where byte k of the window at `data` is no digit, and every
+// bit from `number_window` up, so that every count of digits stops there.
+std::uint64_t window_non_digits(char const* data) {
+    std::uint64_t stops = ~std::uint64_t{0} << number_window;
+    for (int block = 0; block < number_window / block_size; ++block) {
+        stops |= std::uint64_t{non_digits(data + block * block_size)} << (block * block_size);
+    }
+    return stops;
+}
+
+// The length of the number at `data`, if it ends within the window there,
+// which `number_lookahead` bytes of text follow; 0 where it is no number,
+// and `number_window` where it may run on. Branches on which parts the
+// number has, as the CPU foresees them, rather than arithmetic that would
+// wait for each count of digits.
+int number_length_in_window(char const* data) {
+    std::uint64_t const stops = window_non_digits(data);
+    // Past one digit or more from `at`, which is at most `number_window`.
+    auto const digits_from = [stops](int at) {
+        int const past = at + __builtin_ctzll(stops >> at);
+        if (past >= number_window) {
+            return number_window;
+        }
+        return past == at ? 0 : past;
+    };
+    int at = data[0] == '-' ? 1 : 0;
+    if (data[at] == '0') {
+        ++at;
+    } else if ((at = digits_from(at)) == 0 || at == number_window) {
+        return at;
+    }
+    if (data[at] == '.' && ((at = digits_from(at + 1)) == 0 || at == number_window)) {
+        return at;
+    }
+    if (data[at] == 'e' || data[at] == 'E') {
+        ++at;
+        if (data[at] == '+' || data[at] == '-') {
+            ++at;
+        }
+        at = digits_from(at);
+    }
+    return at;
+}
+
 int hex_value(char c) {
     if (c >= '0' && c <= '9') {
         return c - '0';
@@ -136,8 +187,9 @@ void append_utf8(std::string& out, unsigned code_point) {
 // Each value but the outermost has a first byte and, just past its end, a
 // separator or its container's closing bracket, and no two share either: a
 // text of n bytes holds at most (n + 1) / 2 values. A first chunk of that
-// size never fills, so a small text does not pay for a whole chunk, and the
-// chunks that follow a whole first chunk keep the index arithmetic.
+// size never fills with a text the loader takes, so a small text does not
+// pay for a whole chunk, and the chunks that follow a whole first chunk
+// keep the index arithmetic.
 void JsonTree::reserve_for(std::size_t text_bytes) {
     capacity_ = static_cast<std::uint32_t>(std::min<std::size_t>(chunk_size, text_bytes / 2 + 1));
     chunks_.emplace_back(new TreeValue[capacity_]);
@@ -255,27 +307,38 @@ private:
     char const* parse_root(char const* p) {
         OpenContainer open[max_depth];
         int depth = 0;
+        std::string_view text;
         for (;;) {
-            if (*p == '{' || *p == '[') {
-                if (depth == max_depth) {
-                    return nullptr;
-                }
-                OpenContainer& inner = open[depth];
-                if (!open_container(*p, inner) || (p = next_token(p + 1)) == nullptr) {
-                    return nullptr;
-                }
-                if (*p != inner.close_bracket) {
-                    ++depth;
-                    if (inner.is_map() && (p = parse_key(p, inner)) == nullptr) {
+            switch (*p) {
+                case '{':
+                case '[': {
+                    if (depth == max_depth) {
                         return nullptr;
                     }
-                    continue;
+                    OpenContainer& inner = open[depth];
+                    if (!open_container(*p, inner) || (p = next_token(p + 1)) == nullptr) {
+                        return nullptr;
+                    }
+                    if (*p != inner.close_bracket) {
+                        ++depth;
+                        if (inner.is_map() && (p = parse_key(p, inner)) == nullptr) {
+                            return nullptr;
+                        }
+                        continue;
+                    }
+                    ++p;
+                    if (!close(inner)) {
+                        return nullptr;
+                    }
+                    break;
                 }
-                ++p;
-                if (!close(inner)) {
-                    return nullptr;
-                }
-            } else if ((p = parse_scalar(p)) == nullptr) {
+                case '"': p = parse_string(p, text); break;
+                case 't': p = parse_literal(p, "true", TreeKind::plain); break;
+                case 'f': p = parse_literal(p, "false", TreeKind::plain); break;
+                case 'n': p = parse_literal(p, "null", TreeKind::null); break;
+                default: p = parse_number(p); break;
+            }
+            if (p == nullptr) {
                 return nullptr;
             }
             // Past a value: close what ends here, then on to the next entry.
@@ -403,17 +466,6 @@ private:
         return next_token(p + 1);
     }
 
-    char const* parse_scalar(char const* p) {
-        std::string_view text;
-        switch (*p) {
-            case '"': return parse_string(p, text);
-            case 't': return parse_literal(p, "true", TreeKind::plain);
-            case 'f': return parse_literal(p, "false", TreeKind::plain);
-            case 'n': return parse_literal(p, "null", TreeKind::null);
-            default: return parse_number(p);
-        }
-    }
-
     template <std::size_t N>
     char const* parse_literal(char const* p, char const (&word)[N], TreeKind kind) {
         constexpr std::size_t length = N - 1;
@@ -430,7 +482,18 @@ private:
     }
 
     char const* parse_number(char const* p) {
-        char const* const start = p;
+        int const length =
+            end_ - p >= number_window + number_lookahead ? number_length_in_window(p) : number_window;
+        char const* const past = length == number_window ? skip_number(p) : length != 0 ? p + length : nullptr;
+        if (past == nullptr ||
+            !push_scalar(TreeKind::number, offset(p), static_cast<std::size_t>(past - p), false)) {
+            return nullptr;
+        }
+        return past;
+    }
+
+    // Past a number of any length, near the end of the text too.
+    char const* skip_number(char const* p) const {
         if (*p == '-') {
             ++p;
         }
@@ -447,12 +510,7 @@ private:
             if (p != end_ && (*p == '+' || *p == '-')) {
                 ++p;
             }
-            if ((p = parse_digits(p)) == nullptr) {
-                return nullptr;
-            }
-        }
-        if (!push_scalar(TreeKind::number, offset(start), static_cast<std::size_t>(p - start), false)) {
-            return nullptr;
+            p = parse_digits(p);
         }
         return p;
     }
@@ -462,20 +520,11 @@ private:
     char const* parse_string(char const* p, std::string_view& text) {
         char const* const start = p + 1;
         char const* const stop = find_plain_string_end(start, end_);
-        if (stop == end_) {
-            return nullptr;
+        if (stop != end_ && *stop == '"') {
+            text = std::string_view(start, static_cast<std::size_t>(stop - start));
+            return push_scalar(TreeKind::quoted, offset(start), text.size(), false) ? stop + 1 : nullptr;
         }
-        if (*stop == '\\') {
-            return parse_escaped_string(start, stop, text);
-        }
-        if (*stop != '"') {
-            return nullptr;
-        }
-        text = std::string_view(start, static_cast<std::size_t>(stop - start));
-        if (!push_scalar(TreeKind::quoted, offset(start), text.size(), false)) {
-            return nullptr;
-        }
-        return stop + 1;
+        return stop != end_ && *stop == '\\' ? parse_escaped_string(start, stop, text) : nullptr;
     }
 
     // The rest of a string from its first backslash at `p`, decoded into
