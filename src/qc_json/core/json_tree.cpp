@@ -260,11 +260,13 @@ private:
     // new is surely new, and only a key whose bit is taken is compared with
     // the keys before it.
     struct KeysSeen {
-        std::uint64_t bits = 0;
-        bool unique = true;
+        std::uint64_t bits;
+        bool unique;
     };
 
-    // A container whose closing bracket is still to come.
+    // A container whose closing bracket is still to come. Without default
+    // values, so that the stack of them costs nothing until it is used: a
+    // small text would pay more for filling it than for being read.
     struct OpenContainer {
         std::uint32_t index;
         std::uint32_t count;
@@ -395,7 +397,7 @@ private:
 
     bool open_container(char open_bracket, OpenContainer& container) {
         bool const map = open_bracket == '{';
-        container = OpenContainer{size(), 0, KeysSeen{}, map ? '}' : ']'};
+        container = OpenContainer{size(), 0, KeysSeen{0, true}, map ? '}' : ']'};
         return push(TreeValue{0, static_cast<std::uint32_t>(map ? TreeKind::map : TreeKind::sequence), 0, 0});
     }
 
