@@ -5,6 +5,10 @@
 #include <cstring>
 #include <limits>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace morv::qc::json {
 namespace {
 
@@ -16,10 +20,141 @@ constexpr int max_depth = 256;
 // before its colon; keys that come anywhere near are left to it.
 constexpr std::ptrdiff_t max_key_to_colon = 1000;
 
-// The first byte of a word loaded from the text is its lowest.
-constexpr bool little_endian = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
-
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+// Every blank is a byte up to the space, and every other such byte ends a
+// token where a blank may stand, so one comparison keeps compact text on
+// its way.
+bool maybe_blank(char c) { return static_cast<unsigned char>(c) <= ' '; }
+
+// A quote or backslash ends the plain part of a string, and yaml-cpp folds
+// or refuses raw control characters and tabs.
+bool ends_plain_string(char c) { return c == '"' || c == '\\' || static_cast<unsigned char>(c) < 0x20; }
+
+#if defined(__SSE2__)
+
+constexpr std::ptrdiff_t block_size = 16;
+
+__m128i load_block(char const* data) { return _mm_loadu_si128(reinterpret_cast<__m128i const*>(data)); }
+
+// Bit k set where byte k of the block at `data` ends the plain part of a
+// string.
+unsigned plain_string_ends(char const* data) {
+    __m128i const bytes = load_block(data);
+    __m128i const quotes = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('"'));
+    __m128i const backslashes = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'));
+    // Unsigned: a byte is below 0x20 when raising it to 0x1F changes nothing.
+    __m128i const controls = _mm_cmpeq_epi8(_mm_max_epu8(bytes, _mm_set1_epi8(0x1F)), _mm_set1_epi8(0x1F));
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(_mm_or_si128(quotes, backslashes), controls)));
+}
+
+// Bit k set where byte k of the block at `data` is no digit. Signed
+// comparisons suit: the bytes from 0x80 up are negative, below '0'.
+unsigned non_digits(char const* data) {
+    __m128i const bytes = load_block(data);
+    __m128i const digits = _mm_and_si128(_mm_cmpgt_epi8(bytes, _mm_set1_epi8('0' - 1)),
+                                         _mm_cmplt_epi8(bytes, _mm_set1_epi8('9' + 1)));
+    return static_cast<unsigned>(_mm_movemask_epi8(digits)) ^ 0xFFFFU;
+}
+
+#else
+
+constexpr std::ptrdiff_t block_size = 8;
+
+unsigned plain_string_ends(char const* data) {
+    unsigned ends = 0;
+    for (int at = 0; at < block_size; ++at) {
+        ends |= static_cast<unsigned>(ends_plain_string(data[at])) << at;
+    }
+    return ends;
+}
+
+unsigned non_digits(char const* data) {
+    unsigned stops = 0;
+    for (int at = 0; at < block_size; ++at) {
+        stops |= static_cast<unsigned>(!is_digit(data[at])) << at;
+    }
+    return stops;
+}
+
+#endif
+
+// The first byte at or after `p` that ends the plain part of a string, or
+// `end`; a block at a time but in the last few bytes of the text.
+char const* find_plain_string_end(char const* p, char const* end) {
+    for (; end - p >= block_size; p += block_size) {
+        if (unsigned const ends = plain_string_ends(p)) {
+            return p + __builtin_ctz(ends);
+        }
+    }
+    while (p != end && !ends_plain_string(*p)) {
+        ++p;
+    }
+    return p;
+}
+
+char const* skip_digits(char const* p, char const* end) {
+    for (; end - p >= block_size; p += block_size) {
+        if (unsigned const stops = non_digits(p)) {
+            return p + __builtin_ctz(stops);
+        }
+    }
+    while (p != end && is_digit(*p)) {
+        ++p;
+    }
+    return p;
+}
+
+// Numbers are short: most are read whole from one look at which bytes of
+// a window are digits, rather than from a scan for each of their parts.
+constexpr int number_window = 32;
+
+// The bytes past the window that the loader may look at.
+constexpr int number_lookahead = 1;
+
+// Bit k set where byte k of the window at `data` is no digit, and every
+// bit from `number_window` up, so that every count of digits stops there.
+std::uint64_t window_non_digits(char const* data) {
+    std::uint64_t stops = ~std::uint64_t{0} << number_window;
+    for (int block = 0; block < number_window / block_size; ++block) {
+        stops |= std::uint64_t{non_digits(data + block * block_size)} << (block * block_size);
+    }
+    return stops;
+}
+
+// The length of the number at `data`, if it ends within the window there,
+// which `number_lookahead` bytes of text follow; 0 where it is no number,
+// and `number_window` where it may run on. Branches on which parts the
+// number has, as the CPU foresees them, rather than arithmetic that would
+// wait for each count of digits.
+int number_length_in_window(char const* data) {
+    std::uint64_t const stops = window_non_digits(data);
+    // Past one digit or more from `at`, which is at most `number_window`.
+    auto const digits_from = [stops](int at) {
+        int const past = at + __builtin_ctzll(stops >> at);
+        if (past >= number_window) {
+            return number_window;
+        }
+        return past == at ? 0 : past;
+    };
+    int at = data[0] == '-' ? 1 : 0;
+    if (data[at] == '0') {
+        ++at;
+    } else if ((at = digits_from(at)) == 0 || at == number_window) {
+        return at;
+    }
+    if (data[at] == '.' && ((at = digits_from(at + 1)) == 0 || at == number_window)) {
+        return at;
+    }
+    if (data[at] == 'e' || data[at] == 'E') {
+        ++at;
+        if (data[at] == '+' || data[at] == '-') {
+            ++at;
+        }
+        at = digits_from(at);
+    }
+    return at;
+}
 
 int hex_value(char c) {
     if (c >= '0' && c <= '9') {
@@ -52,8 +187,9 @@ void append_utf8(std::string& out, unsigned code_point) {
 // Each value but the outermost has a first byte and, just past its end, a
 // separator or its container's closing bracket, and no two share either: a
 // text of n bytes holds at most (n + 1) / 2 values. A first chunk of that
-// size never fills, so a small text does not pay for a whole chunk, and the
-// chunks that follow a whole first chunk keep the index arithmetic.
+// size never fills with a text the loader takes, so a small text does not
+// pay for a whole chunk, and the chunks that follow a whole first chunk
+// keep the index arithmetic.
 void JsonTree::reserve_for(std::size_t text_bytes) {
     capacity_ = static_cast<std::uint32_t>(std::min<std::size_t>(chunk_size, text_bytes / 2 + 1));
     chunks_.emplace_back(new TreeValue[capacity_]);
@@ -90,78 +226,189 @@ std::uint32_t JsonTree::find_from_start(std::uint32_t map, std::string_view key,
     return size_;
 }
 
+// One loop reads the values in text order, with the containers that are
+// open on a stack of its own: the tree needs no recursion, and a text
+// nested deeper than yaml-cpp reads is declined before it costs stack.
+// Each step returns where the text goes on, or nullptr to decline.
 class StrictJsonLoader {
 public:
-    explicit StrictJsonLoader(std::string_view text)
-        : begin_(text.data()), p_(text.data()), end_(text.data() + text.size()) {
+    explicit StrictJsonLoader(std::string_view text) : begin_(text.data()), end_(text.data() + text.size()) {
         tree_.source_ = text;
         tree_.reserve_for(text.size());
+        slot_ = tree_.chunks_.back().get();
+        chunk_end_ = slot_ + tree_.capacity_;
     }
 
     std::optional<JsonTree> load() {
         if (end_ - begin_ >= std::numeric_limits<std::uint32_t>::max()) {
             return std::nullopt;
         }
-        if (!skip_blanks() || p_ == end_ || (*p_ != '{' && *p_ != '[')) {
+        char const* p = skip_blanks(begin_);
+        if (p == nullptr || p == end_ || (*p != '{' && *p != '[')) {
             return std::nullopt;
         }
-        if (!parse_value(0) || !skip_blanks() || p_ != end_) {
+        p = parse_root(p);
+        if (p == nullptr || skip_blanks(p) != end_) {
             return std::nullopt;
         }
+        tree_.size_ = size();
         return std::move(tree_);
     }
 
 private:
-    // Blanks between tokens. A CR must start a CRLF: yaml-cpp does not take a
-    // lone CR for a line break.
-    bool skip_blanks() {
-        while (p_ != end_) {
-            char const c = *p_;
+    // Keys of one map so far, as one bit each of a hash: a key whose bit is
+    // new is surely new, and only a key whose bit is taken is compared with
+    // the keys before it.
+    struct KeysSeen {
+        std::uint64_t bits;
+        bool unique;
+    };
+
+    // A container whose closing bracket is still to come. Without default
+    // values, so that the stack of them costs nothing until it is used: a
+    // small text would pay more for filling it than for being read.
+    struct OpenContainer {
+        std::uint32_t index;
+        std::uint32_t count;
+        KeysSeen seen;
+        char close_bracket;
+
+        bool is_map() const { return close_bracket == '}'; }
+    };
+
+    // Blanks between tokens, up to the next byte that is none, or nullptr
+    // at a CR that starts no CRLF: yaml-cpp does not take a lone CR for a
+    // line break.
+    char const* skip_blanks(char const* p) const {
+        while (p != end_ && maybe_blank(*p)) {
+            char const c = *p;
             if (c == ' ' || c == '\t' || c == '\n') {
-                ++p_;
+                ++p;
             } else if (c == '\r') {
-                if (end_ - p_ < 2 || p_[1] != '\n') {
-                    return false;
+                if (end_ - p < 2 || p[1] != '\n') {
+                    return nullptr;
                 }
-                p_ += 2;
+                p += 2;
             } else {
                 break;
             }
         }
+        return p;
+    }
+
+    // The next token at or past `p`; every caller needs one.
+    char const* next_token(char const* p) const {
+        if (p != end_ && !maybe_blank(*p)) {
+            return p;
+        }
+        p = skip_blanks(p);
+        return p == end_ ? nullptr : p;
+    }
+
+    // The root container at `p` and all it holds.
+    char const* parse_root(char const* p) {
+        OpenContainer open[max_depth];
+        int depth = 0;
+        std::string_view text;
+        for (;;) {
+            switch (*p) {
+                case '{':
+                case '[': {
+                    if (depth == max_depth) {
+                        return nullptr;
+                    }
+                    OpenContainer& inner = open[depth];
+                    if (!open_container(*p, inner) || (p = next_token(p + 1)) == nullptr) {
+                        return nullptr;
+                    }
+                    if (*p != inner.close_bracket) {
+                        ++depth;
+                        if (inner.is_map() && (p = parse_key(p, inner)) == nullptr) {
+                            return nullptr;
+                        }
+                        continue;
+                    }
+                    ++p;
+                    if (!close(inner)) {
+                        return nullptr;
+                    }
+                    break;
+                }
+                case '"': p = parse_string(p, text); break;
+                case 't': p = parse_literal(p, "true", TreeKind::plain); break;
+                case 'f': p = parse_literal(p, "false", TreeKind::plain); break;
+                case 'n': p = parse_literal(p, "null", TreeKind::null); break;
+                default: p = parse_number(p); break;
+            }
+            if (p == nullptr) {
+                return nullptr;
+            }
+            // Past a value: close what ends here, then on to the next entry.
+            for (;;) {
+                if (depth == 0) {
+                    return p;
+                }
+                OpenContainer& outer = open[depth - 1];
+                ++outer.count;
+                if ((p = next_token(p)) == nullptr) {
+                    return nullptr;
+                }
+                if (*p == ',') {
+                    if ((p = next_token(p + 1)) == nullptr ||
+                        (outer.is_map() && (p = parse_key(p, outer)) == nullptr)) {
+                        return nullptr;
+                    }
+                    break;
+                }
+                if (*p != outer.close_bracket || !close(outer)) {
+                    return nullptr;
+                }
+                ++p;
+                --depth;
+            }
+        }
+    }
+
+    std::uint32_t size() const { return tree_.capacity_ - static_cast<std::uint32_t>(chunk_end_ - slot_); }
+
+    std::uint32_t offset(char const* p) const { return static_cast<std::uint32_t>(p - begin_); }
+
+    bool push(TreeValue const& value) {
+        if (slot_ == chunk_end_ && !next_chunk()) {
+            return false;
+        }
+        *slot_ = value;
+        ++slot_;
         return true;
     }
 
-    // yaml-cpp refuses a line break between a key and its colon.
-    void skip_blanks_within_line() {
-        while (p_ != end_ && (*p_ == ' ' || *p_ == '\t')) {
-            ++p_;
-        }
-    }
-
-    bool at(char c) const { return p_ != end_ && *p_ == c; }
-
-    bool parse_value(int depth) {
-        switch (*p_) {
-            case '{': return parse_map(depth + 1);
-            case '[': return parse_sequence(depth + 1);
-            case '"': return parse_string();
-            case 't': return parse_literal("true", TreeKind::plain);
-            case 'f': return parse_literal("false", TreeKind::plain);
-            case 'n': return parse_literal("null", TreeKind::null);
-            default: return parse_number();
-        }
-    }
-
-    std::uint32_t open(TreeKind kind) { return tree_.push_back(TreeValue{0, static_cast<std::uint32_t>(kind), 0, 0}); }
-
-    bool close(std::uint32_t index, std::uint32_t count, bool unique_keys) {
-        if (count > JsonTree::max_size) {
+    // A first chunk shorter than the others fills only in a text that is
+    // declined anyway, with more brackets opened than closed: the values
+    // that follow would not be where the index arithmetic looks for them.
+    bool next_chunk() {
+        if (tree_.capacity_ % JsonTree::chunk_size != 0) {
             return false;
         }
-        TreeValue& container = tree_[index];
-        container.offset_or_next = tree_.end();
-        container.size = count;
-        container.flag = unique_keys;
+        tree_.grow();
+        slot_ = tree_.chunks_.back().get();
+        chunk_end_ = slot_ + JsonTree::chunk_size;
+        return true;
+    }
+
+    bool open_container(char open_bracket, OpenContainer& container) {
+        bool const map = open_bracket == '{';
+        container = OpenContainer{size(), 0, KeysSeen{0, true}, map ? '}' : ']'};
+        return push(TreeValue{0, static_cast<std::uint32_t>(map ? TreeKind::map : TreeKind::sequence), 0, 0});
+    }
+
+    bool close(OpenContainer const& container) {
+        if (container.count > JsonTree::max_size) {
+            return false;
+        }
+        TreeValue& value = tree_[container.index];
+        value.offset_or_next = size();
+        value.size = container.count;
+        value.flag = container.is_map() && container.seen.unique;
         return true;
     }
 
@@ -169,83 +416,9 @@ private:
         if (size > JsonTree::max_size) {
             return false;
         }
-        tree_.push_back(TreeValue{static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(kind), decoded,
-                                  static_cast<std::uint32_t>(size)});
-        return true;
+        return push(TreeValue{static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(kind), decoded,
+                              static_cast<std::uint32_t>(size)});
     }
-
-    // After an element or a pair: true at the closing bracket, and past a
-    // comma at the start of the next one.
-    bool next_entry(char close_bracket, bool& closed) {
-        if (!skip_blanks() || p_ == end_) {
-            return false;
-        }
-        if (*p_ == close_bracket) {
-            ++p_;
-            closed = true;
-            return true;
-        }
-        if (*p_ != ',') {
-            return false;
-        }
-        ++p_;
-        return skip_blanks() && p_ != end_;
-    }
-
-    // The entries of a sequence or a map up to its closing bracket, the
-    // index of the container and the count of its entries; `entry` reads
-    // one element or one pair.
-    template <typename Entry>
-    bool parse_entries(int depth, TreeKind kind, char close_bracket, std::uint32_t& index, std::uint32_t& count,
-                       Entry entry) {
-        if (depth > max_depth) {
-            return false;
-        }
-        index = open(kind);
-        ++p_;
-        if (!skip_blanks() || p_ == end_) {
-            return false;
-        }
-        count = 0;
-        bool closed = at(close_bracket);
-        if (closed) {
-            ++p_;
-        }
-        while (!closed) {
-            if (!entry()) {
-                return false;
-            }
-            ++count;
-            if (!next_entry(close_bracket, closed)) {
-                return false;
-            }
-        }
-        return true;
-    }
-
-    bool parse_sequence(int depth) {
-        std::uint32_t index = 0;
-        std::uint32_t count = 0;
-        return parse_entries(depth, TreeKind::sequence, ']', index, count, [&] { return parse_value(depth); }) &&
-               close(index, count, false);
-    }
-
-    bool parse_map(int depth) {
-        std::uint32_t index = 0;
-        std::uint32_t count = 0;
-        KeysSeen seen;
-        return parse_entries(depth, TreeKind::map, '}', index, count,
-                             [&] { return parse_pair(depth, index, seen); }) &&
-               close(index, count, seen.unique);
-    }
-
-    // Keys of one map so far, as one bit each of a hash: a key whose bit is
-    // new is surely new, and only a key whose bit is taken is compared with
-    // the keys before it.
-    struct KeysSeen {
-        std::uint64_t bits = 0;
-        bool unique = true;
-    };
 
     static unsigned key_bit(std::string_view key) {
         if (key.empty()) {
@@ -259,218 +432,173 @@ private:
         return (mixed * 0x9E3779B1U) >> 26;
     }
 
-    void note_key(std::uint32_t map, std::uint32_t key, KeysSeen& seen) {
-        if (!seen.unique) {
+    // `key` is the text of the value pushed last.
+    void note_key(OpenContainer& map, std::string_view key) {
+        if (!map.seen.unique) {
             return;
         }
-        std::string_view const text = tree_.text(tree_[key]);
-        std::uint64_t const bit = std::uint64_t{1} << key_bit(text);
-        if ((seen.bits & bit) != 0) {
-            for (std::uint32_t earlier = map + 1; earlier != key; earlier = tree_.next(earlier + 1)) {
-                if (tree_.key_is(earlier, text)) {
-                    seen.unique = false;
+        std::uint64_t const bit = std::uint64_t{1} << key_bit(key);
+        if ((map.seen.bits & bit) != 0) {
+            std::uint32_t const last = size() - 1;
+            for (std::uint32_t earlier = map.index + 1; earlier != last; earlier = tree_.next(earlier + 1)) {
+                if (tree_.key_is(earlier, key)) {
+                    map.seen.unique = false;
                     return;
                 }
             }
         }
-        seen.bits |= bit;
+        map.seen.bits |= bit;
     }
 
-    bool parse_pair(int depth, std::uint32_t map, KeysSeen& seen) {
-        char const* const key = p_;
-        if (*p_ != '"' || !parse_string()) {
-            return false;
+    // A key at `p` and its colon, up to its value.
+    char const* parse_key(char const* p, OpenContainer& map) {
+        char const* const quote = p;
+        std::string_view key;
+        if (*p != '"' || (p = parse_string(p, key)) == nullptr) {
+            return nullptr;
         }
-        note_key(map, tree_.end() - 1, seen);
-        skip_blanks_within_line();
-        if (!at(':') || p_ - key > max_key_to_colon) {
-            return false;
+        note_key(map, key);
+        // yaml-cpp refuses a line break between a key and its colon.
+        while (p != end_ && (*p == ' ' || *p == '\t')) {
+            ++p;
         }
-        ++p_;
-        return skip_blanks() && p_ != end_ && parse_value(depth);
+        if (p == end_ || *p != ':' || p - quote > max_key_to_colon) {
+            return nullptr;
+        }
+        return next_token(p + 1);
     }
 
-    bool parse_literal(char const* word, TreeKind kind) {
-        std::size_t const length = std::strlen(word);
-        if (static_cast<std::size_t>(end_ - p_) < length || std::memcmp(p_, word, length) != 0) {
-            return false;
+    template <std::size_t N>
+    char const* parse_literal(char const* p, char const (&word)[N], TreeKind kind) {
+        constexpr std::size_t length = N - 1;
+        if (static_cast<std::size_t>(end_ - p) < length || std::memcmp(p, word, length) != 0) {
+            return nullptr;
         }
-        std::size_t const offset = static_cast<std::size_t>(p_ - begin_);
-        p_ += length;
-        return push_scalar(kind, offset, kind == TreeKind::null ? 0 : length, false);
+        return push_scalar(kind, offset(p), kind == TreeKind::null ? 0 : length, false) ? p + length : nullptr;
     }
 
-    // Eight digits at a time while there are, then one at a time.
-    bool skip_digits() {
-        constexpr std::uint64_t ones = 0x0101010101010101U;
-        char const* const first = p_;
-        while (end_ - p_ >= 8) {
-            std::uint64_t word = 0;
-            std::memcpy(&word, p_, sizeof word);
-            // Every byte is 0x30 to 0x39: its high half is 3, and adding 6
-            // carries into no high half.
-            if ((word & (ones * 0xF0)) != ones * 0x30 || ((word + ones * 0x06) & (ones * 0xF0)) != ones * 0x30) {
-                break;
+    // Past one digit or more at `p`.
+    char const* parse_digits(char const* p) const {
+        char const* const past = skip_digits(p, end_);
+        return past == p ? nullptr : past;
+    }
+
+    char const* parse_number(char const* p) {
+        int const length =
+            end_ - p >= number_window + number_lookahead ? number_length_in_window(p) : number_window;
+        char const* const past = length == number_window ? skip_number(p) : length != 0 ? p + length : nullptr;
+        if (past == nullptr ||
+            !push_scalar(TreeKind::number, offset(p), static_cast<std::size_t>(past - p), false)) {
+            return nullptr;
+        }
+        return past;
+    }
+
+    // Past a number of any length, near the end of the text too.
+    char const* skip_number(char const* p) const {
+        if (*p == '-') {
+            ++p;
+        }
+        if (p != end_ && *p == '0') {
+            ++p;
+        } else if ((p = parse_digits(p)) == nullptr) {
+            return nullptr;
+        }
+        if (p != end_ && *p == '.' && (p = parse_digits(p + 1)) == nullptr) {
+            return nullptr;
+        }
+        if (p != end_ && (*p == 'e' || *p == 'E')) {
+            ++p;
+            if (p != end_ && (*p == '+' || *p == '-')) {
+                ++p;
             }
-            p_ += 8;
+            p = parse_digits(p);
         }
-        while (p_ != end_ && is_digit(*p_)) {
-            ++p_;
-        }
-        return p_ != first;
+        return p;
     }
 
-    bool parse_number() {
-        char const* const start = p_;
-        if (at('-')) {
-            ++p_;
-        }
-        if (at('0')) {
-            ++p_;
-        } else if (!skip_digits()) {
-            return false;
-        }
-        if (at('.')) {
-            ++p_;
-            if (!skip_digits()) {
-                return false;
-            }
-        }
-        if (at('e') || at('E')) {
-            ++p_;
-            if (at('+') || at('-')) {
-                ++p_;
-            }
-            if (!skip_digits()) {
-                return false;
-            }
-        }
-        return push_scalar(TreeKind::number, static_cast<std::size_t>(start - begin_),
-                           static_cast<std::size_t>(p_ - start), false);
-    }
-
-    // Moves over the bytes of a string that need no look, eight at a time,
-    // up to the first quote, backslash or control character, or to the last
-    // few bytes of the text.
-    void skip_plain_string_bytes() {
-        if constexpr (!little_endian) {
-            return;
-        }
-        constexpr std::uint64_t ones = 0x0101010101010101U;
-        constexpr std::uint64_t highs = 0x8080808080808080U;
-        while (end_ - p_ >= 8) {
-            std::uint64_t word = 0;
-            std::memcpy(&word, p_, sizeof word);
-            std::uint64_t const quote = word ^ (ones * '"');
-            std::uint64_t const backslash = word ^ (ones * '\\');
-            // The high bit of each byte that is zero, or below 0x20; a byte
-            // after the first one found may be marked wrongly, never one
-            // before it.
-            std::uint64_t const found = ((quote - ones) & ~quote) | ((backslash - ones) & ~backslash) |
-                                        ((word - ones * 0x20) & ~word);
-            std::uint64_t const marks = found & highs;
-            if (marks != 0) {
-                p_ += __builtin_ctzll(marks) / 8;
-                return;
-            }
-            p_ += 8;
-        }
-    }
-
+    // The string whose opening quote is at `p`; `text` is what it holds.
     // Most strings hold no escape and stay views into the source.
-    bool parse_string() {
-        char const* const start = ++p_;
-        while (p_ != end_) {
-            skip_plain_string_bytes();
-            if (p_ == end_) {
-                break;
-            }
-            auto const c = static_cast<unsigned char>(*p_);
-            if (c == '"') {
-                std::size_t const size = static_cast<std::size_t>(p_ - start);
-                ++p_;
-                return push_scalar(TreeKind::quoted, static_cast<std::size_t>(start - begin_), size, false);
-            }
-            if (c == '\\') {
-                return parse_escaped_string(start);
-            }
-            // yaml-cpp folds or refuses raw control characters and tabs.
-            if (c < 0x20) {
-                return false;
-            }
-            ++p_;
+    char const* parse_string(char const* p, std::string_view& text) {
+        char const* const start = p + 1;
+        char const* const stop = find_plain_string_end(start, end_);
+        if (stop != end_ && *stop == '"') {
+            text = std::string_view(start, static_cast<std::size_t>(stop - start));
+            return push_scalar(TreeKind::quoted, offset(start), text.size(), false) ? stop + 1 : nullptr;
         }
-        return false;
+        return stop != end_ && *stop == '\\' ? parse_escaped_string(start, stop, text) : nullptr;
     }
 
-    bool parse_escaped_string(char const* start) {
+    // The rest of a string from its first backslash at `p`, decoded into
+    // the tree's buffer.
+    char const* parse_escaped_string(char const* start, char const* p, std::string_view& text) {
         std::string& out = tree_.decoded_;
-        std::size_t const offset = out.size();
-        out.append(start, p_);
-        while (p_ != end_) {
-            auto const c = static_cast<unsigned char>(*p_);
-            if (c == '"') {
-                ++p_;
-                return push_scalar(TreeKind::quoted, offset, out.size() - offset, true);
+        std::size_t const begin = out.size();
+        out.append(start, p);
+        while (*p == '\\') {
+            if ((p = decode_escape(p, out)) == nullptr) {
+                return nullptr;
             }
-            if (c < 0x20) {
-                return false;
+            char const* const stop = find_plain_string_end(p, end_);
+            if (stop == end_) {
+                return nullptr;
             }
-            if (c != '\\') {
-                out.push_back(static_cast<char>(c));
-                ++p_;
-            } else if (!decode_escape(out)) {
-                return false;
-            }
+            out.append(p, stop);
+            p = stop;
         }
-        return false;
+        if (*p != '"' || !push_scalar(TreeKind::quoted, begin, out.size() - begin, true)) {
+            return nullptr;
+        }
+        text = std::string_view(out).substr(begin);
+        return p + 1;
     }
 
-    bool decode_escape(std::string& out) {
-        if (end_ - p_ < 2) {
-            return false;
+    char const* decode_escape(char const* p, std::string& out) const {
+        if (end_ - p < 2) {
+            return nullptr;
         }
-        char const letter = p_[1];
-        p_ += 2;
+        char const letter = p[1];
+        p += 2;
         switch (letter) {
-            case '"': out.push_back('"'); return true;
-            case '\\': out.push_back('\\'); return true;
-            case '/': out.push_back('/'); return true;
-            case 'b': out.push_back('\b'); return true;
-            case 'f': out.push_back('\f'); return true;
-            case 'n': out.push_back('\n'); return true;
-            case 'r': out.push_back('\r'); return true;
-            case 't': out.push_back('\t'); return true;
-            case 'u': return decode_unicode_escape(out);
-            default: return false;
+            case '"': out.push_back('"'); return p;
+            case '\\': out.push_back('\\'); return p;
+            case '/': out.push_back('/'); return p;
+            case 'b': out.push_back('\b'); return p;
+            case 'f': out.push_back('\f'); return p;
+            case 'n': out.push_back('\n'); return p;
+            case 'r': out.push_back('\r'); return p;
+            case 't': out.push_back('\t'); return p;
+            case 'u': return decode_unicode_escape(p, out);
+            default: return nullptr;
         }
     }
 
     // yaml-cpp refuses every escape of a UTF-16 surrogate, even a valid pair.
-    bool decode_unicode_escape(std::string& out) {
-        if (end_ - p_ < 4) {
-            return false;
+    char const* decode_unicode_escape(char const* p, std::string& out) const {
+        if (end_ - p < 4) {
+            return nullptr;
         }
         unsigned code_point = 0;
         for (int i = 0; i < 4; ++i) {
-            int const digit = hex_value(p_[i]);
+            int const digit = hex_value(p[i]);
             if (digit < 0) {
-                return false;
+                return nullptr;
             }
             code_point = code_point * 16 + static_cast<unsigned>(digit);
         }
         if (code_point >= 0xD800 && code_point <= 0xDFFF) {
-            return false;
+            return nullptr;
         }
         append_utf8(out, code_point);
-        p_ += 4;
-        return true;
+        return p + 4;
     }
 
     char const* begin_;
-    char const* p_;
     char const* end_;
     JsonTree tree_;
+    // Where the next value goes, and the end of its chunk.
+    TreeValue* slot_;
+    TreeValue* chunk_end_;
 };
 
 std::optional<JsonTree> load_strict_json(std::string_view text) { return StrictJsonLoader(text).load(); }

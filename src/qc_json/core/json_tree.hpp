@@ -107,14 +107,6 @@ private:
 
     void reserve_for(std::size_t text_bytes);
 
-    std::uint32_t push_back(TreeValue const& value) {
-        if (size_ == capacity_) {
-            grow();
-        }
-        (*this)[size_] = value;
-        return size_++;
-    }
-
     void grow();
 
     std::uint32_t find_from_start(std::uint32_t map, std::string_view key, std::uint32_t& hint) const;
