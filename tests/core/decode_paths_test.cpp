@@ -55,6 +55,7 @@ TEST(DecodePaths, EverySpellingDecodesAsThroughYamlCpp) {
         {"key 1,024 bytes before its colon", document_holding("\"" + std::string(1022, 'k') + "\"  :1"), false},
         {"nesting 200 deep", document_holding("\"x\":" + nested(200)), true},
         {"nesting 300 deep", document_holding("\"x\":" + nested(300)), false},
+        {"more brackets opened than the text could close", std::string(64, '['), false},
         {"bytes that are not UTF-8", document_holding("\"metadata\":{\"\xFF\":\"\xC3\x28\x80\"}"), true},
         {"duplicate keys", document_holding(R"("schema":"other","metadata":{"m":1,"m":2})"), true},
         {"numbers as written", document_holding(R"("metadata":{"a":-0,"b":1E+2,"c":1e400,"d":[1,"2",1e-400]})"),
