@@ -217,11 +217,20 @@ void JsonTree::release_inside(std::uint32_t index) const {
 // Either the map has a key twice, and only the first pair with that key
 // counts, or the pair after the last match was not the one.
 std::uint32_t JsonTree::find_from_start(std::uint32_t map, std::string_view key, std::uint32_t& hint) const {
-    for (std::uint32_t index = map + 1; index != (*this)[map].offset_or_next; index = next(index + 1)) {
-        if (key_is(index, key)) {
-            hint = next(index + 1);
+    std::uint32_t const end = (*this)[map].offset_or_next;
+    // The pairs of most maps lie in one chunk, reached once rather than at
+    // every step.
+    TreeValue const* const chunk = chunks_[map / chunk_size].get();
+    bool const one_chunk = map / chunk_size == (end - 1) / chunk_size;
+    for (std::uint32_t index = map + 1; index != end;) {
+        TreeValue const& candidate = one_chunk ? chunk[index % chunk_size] : (*this)[index];
+        TreeValue const& value = one_chunk ? chunk[(index + 1) % chunk_size] : (*this)[index + 1];
+        std::uint32_t const after = value.is_container() ? value.offset_or_next : index + 2;
+        if (text_is(candidate, key)) {
+            hint = after;
             return index + 1;
         }
+        index = after;
     }
     return size_;
 }

@@ -77,10 +77,11 @@ public:
         return find_from_start(map, key, hint);
     }
 
-    // Whether the scalar at `index` is the text `key`. Keys are short: a loop
-    // beats a call of memcmp.
-    bool key_is(std::uint32_t index, std::string_view key) const {
-        TreeValue const& value = (*this)[index];
+    // Whether the scalar at `index` is the text `key`.
+    bool key_is(std::uint32_t index, std::string_view key) const { return text_is((*this)[index], key); }
+
+    // Keys are short: a loop beats a call of memcmp.
+    bool text_is(TreeValue const& value, std::string_view key) const {
         if (value.size != key.size()) {
             return false;
         }
