@@ -22,7 +22,7 @@ namespace morv::qc::json {
 
 template <typename Record, typename Value>
 struct MemberField {
-    char const* key;
+    std::string_view key;
     Value Record::*field;
 };
 
@@ -72,7 +72,7 @@ public:
         if (next_ == size) {
             return std::nullopt;
         }
-        return std::string_view(field().key);
+        return field().key;
     }
     void print_next(JsonPrinter& printer) override {
         print(printer, record_.*field().field);
