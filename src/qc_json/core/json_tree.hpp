@@ -80,20 +80,6 @@ public:
     // Whether the scalar at `index` is the text `key`.
     bool key_is(std::uint32_t index, std::string_view key) const { return text_is((*this)[index], key); }
 
-    // Keys are short: a loop beats a call of memcmp.
-    bool text_is(TreeValue const& value, std::string_view key) const {
-        if (value.size != key.size()) {
-            return false;
-        }
-        char const* const stored = text(value).data();
-        for (std::size_t at = 0; at < key.size(); ++at) {
-            if (stored[at] != key[at]) {
-                return false;
-            }
-        }
-        return true;
-    }
-
     // Frees the chunks that hold nothing but what the container at `index`
     // holds, once it has been read and will not be looked at again. The
     // decode holds the tree and the document it builds at once; freeing each
@@ -111,6 +97,20 @@ private:
     void grow();
 
     std::uint32_t find_from_start(std::uint32_t map, std::string_view key, std::uint32_t& hint) const;
+
+    // Keys are short: a loop beats a call of memcmp.
+    bool text_is(TreeValue const& value, std::string_view key) const {
+        if (value.size != key.size()) {
+            return false;
+        }
+        char const* const stored = text(value).data();
+        for (std::size_t at = 0; at < key.size(); ++at) {
+            if (stored[at] != key[at]) {
+                return false;
+            }
+        }
+        return true;
+    }
 
     std::string_view source_;
     std::string decoded_;

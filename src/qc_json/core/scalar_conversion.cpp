@@ -3,9 +3,9 @@
 #include <yaml-cpp/yaml.h>
 
 #include <charconv>
+#include <cstdint>
 #include <cstring>
 #include <limits>
-#include <cstdint>
 #include <string>
 #include <system_error>
 #include <type_traits>
@@ -210,14 +210,12 @@ bool convert_short_digits(std::string_view text, std::uint32_t& value) {
     if (text.empty() || text.size() > max_digits) {
         return false;
     }
-    std::uint32_t digits = 0;
-    for (char const c : text) {
-        if (!is_digit(c)) {
-            return false;
-        }
-        digits = digits * 10 + static_cast<std::uint32_t>(c - '0');
+    char const* const end = text.data() + text.size();
+    std::uint64_t digits = 0;
+    if (append_digits(text.data(), text.data(), end, digits) != end) {
+        return false;
     }
-    value = digits;
+    value = static_cast<std::uint32_t>(digits);
     return true;
 }
 
