@@ -1,5 +1,6 @@
 #pragma once
 
+#include "file_runner.hpp"
 #include "terminal.hpp"
 
 #include <cstdint>
@@ -13,7 +14,7 @@ struct CheckOptions {
     std::vector<std::string> paths;
     ColorMode color = ColorMode::automatic;
     bool json = false;
-    unsigned jobs = 1;
+    unsigned jobs = one_job_per_core();
 };
 
 struct FormatOptions {
@@ -28,7 +29,7 @@ struct FormatOptions {
 struct StatsOptions {
     std::vector<std::string> paths;
     bool json = false;
-    unsigned jobs = 1;
+    unsigned jobs = one_job_per_core();
 };
 
 struct ImportOptions {
@@ -40,7 +41,7 @@ struct ImportOptions {
     std::uint32_t indent = 2;
     bool json = false;
     ColorMode color = ColorMode::automatic;
-    unsigned jobs = 1;
+    unsigned jobs = one_job_per_core();
 };
 
 // Each returns the exit status of the command.

@@ -26,10 +26,15 @@ FileOutcome process_file(std::size_t index, std::string const& path, ProcessText
     return process(index, path, input.text);
 }
 
-// Hands out the outcomes of the workers in index order.
-class OrderedOutcomes {
+// The files of a run, handed out to whichever thread asks next, and their
+// outcomes, kept until they are printed in index order.
+class SharedFiles {
 public:
-    explicit OrderedOutcomes(std::size_t count) : outcomes_(count) {}
+    explicit SharedFiles(std::size_t count) : outcomes_(count) {}
+
+    // The index of a file that no thread has taken yet, or the count once
+    // every file is taken.
+    std::size_t claim() { return std::min(next_++, outcomes_.size()); }
 
     void put(std::size_t index, FileOutcome outcome) {
         {
@@ -39,15 +44,26 @@ public:
         ready_.notify_all();
     }
 
+    // The outcome of `index`, if it is there yet.
+    std::optional<FileOutcome> try_take(std::size_t index) {
+        std::lock_guard<std::mutex> lock(mutex_);
+        return take_locked(index);
+    }
+
     FileOutcome take(std::size_t index) {
         std::unique_lock<std::mutex> lock(mutex_);
         ready_.wait(lock, [&] { return outcomes_[index].has_value(); });
-        FileOutcome outcome = std::move(*outcomes_[index]);
+        return *take_locked(index);
+    }
+
+private:
+    std::optional<FileOutcome> take_locked(std::size_t index) {
+        std::optional<FileOutcome> outcome = std::move(outcomes_[index]);
         outcomes_[index].reset();
         return outcome;
     }
 
-private:
+    std::atomic<std::size_t> next_{0};
     std::vector<std::optional<FileOutcome>> outcomes_;
     std::mutex mutex_;
     std::condition_variable ready_;
@@ -97,30 +113,43 @@ int print_in_order(std::size_t count, std::string_view verb, Take take) {
 
 }  // namespace
 
+unsigned one_job_per_core() { return std::max(std::thread::hardware_concurrency(), 1u); }
+
 int run_over_files(std::vector<std::string> const& paths, unsigned jobs, std::string_view verb,
                    ProcessText const& process) {
-    std::size_t const worker_count = std::min<std::size_t>(std::max(jobs, 1u), paths.size());
-    // A single worker would only hand each outcome over to this thread, two
-    // context switches a file, which cost a small file more than its decode.
-    if (worker_count <= 1) {
-        return print_in_order(paths.size(), verb,
-                              [&](std::size_t index) { return process_file(index, paths[index], process); });
+    SharedFiles files(paths.size());
+    auto const work_on = [&](std::size_t index) { return process_file(index, paths[index], process); };
+    // The calling thread is one of the `jobs`.
+    std::size_t const thread_count = std::min<std::size_t>(std::max(jobs, 1u), paths.size());
+    std::vector<std::thread> helpers;
+    for (std::size_t i = 1; i < thread_count; ++i) {
+        helpers.emplace_back([&] {
+            for (std::size_t index = files.claim(); index < paths.size(); index = files.claim()) {
+                files.put(index, work_on(index));
+            }
+        });
     }
-    OrderedOutcomes outcomes(paths.size());
-    std::atomic<std::size_t> next{0};
-    auto const work = [&] {
-        for (std::size_t index = next++; index < paths.size(); index = next++) {
-            outcomes.put(index, process_file(index, paths[index], process));
+    // The printing thread works on files too rather than wait for the
+    // helpers: with as many threads as cores none of them sits idle, and a
+    // small file costs no hand-over between threads when its printer read it.
+    int const status = print_in_order(paths.size(), verb, [&](std::size_t index) {
+        for (;;) {
+            if (std::optional<FileOutcome> ready = files.try_take(index)) {
+                return std::move(*ready);
+            }
+            std::size_t const claimed = files.claim();
+            if (claimed == paths.size()) {
+                return files.take(index);
+            }
+            FileOutcome outcome = work_on(claimed);
+            if (claimed == index) {
+                return outcome;
+            }
+            files.put(claimed, std::move(outcome));
         }
-    };
-    std::vector<std::thread> workers;
-    for (std::size_t i = 0; i < worker_count; ++i) {
-        workers.emplace_back(work);
-    }
-    int const status =
-        print_in_order(paths.size(), verb, [&](std::size_t index) { return outcomes.take(index); });
-    for (auto& worker : workers) {
-        worker.join();
+    });
+    for (auto& helper : helpers) {
+        helper.join();
     }
     return status;
 }

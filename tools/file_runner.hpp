@@ -24,6 +24,9 @@ struct FileOutcome {
 using ProcessText =
     std::function<FileOutcome(std::size_t index, std::string const& path, std::string const& text)>;
 
+// The default number of threads of a command that reads many files.
+unsigned one_job_per_core();
+
 // Reads each of `paths` on up to `jobs` threads and hands its bytes to
 // `process`, printing the outcomes in the order of `paths`, each as soon as
 // all before it are printed (standard output goes out in blocks, at the

@@ -34,7 +34,7 @@ void add_color_option(CLI::App& command, ColorMode& mode) {
 void add_jobs_option(CLI::App& command, unsigned& jobs) {
     command.add_option("-j,--jobs", jobs, "Files read in parallel; reports keep the order of the arguments")
         ->check(CLI::Range(1u, 1024u))
-        ->option_text("N (default 1)");
+        ->option_text("N (default: one per core)");
 }
 
 void add_indent_options(CLI::App& command, bool& pretty, std::uint32_t& indent) {
