@@ -10,6 +10,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <cstdio>
 #include <mutex>
 #include <optional>
@@ -18,8 +19,11 @@
 namespace morv::cli {
 namespace {
 
-FileOutcome process_file(std::size_t index, std::string const& path, ProcessText const& process) {
-    InputText const input = read_input(path);
+// Standard input is read once, at its first "-": later ones find it
+// drained, whichever thread gets to them first, as they would one by one.
+FileOutcome process_file(std::size_t index, std::string const& path, ProcessText const& process,
+                         bool input_drained) {
+    InputText const input = input_drained ? InputText{} : read_input(path);
     if (input.error) {
         return {exit_no_input, "", unreadable_message(path, *input.error)};
     }
@@ -118,7 +122,11 @@ unsigned one_job_per_core() { return std::max(std::thread::hardware_concurrency(
 int run_over_files(std::vector<std::string> const& paths, unsigned jobs, std::string_view verb,
                    ProcessText const& process) {
     SharedFiles files(paths.size());
-    auto const work_on = [&](std::size_t index) { return process_file(index, paths[index], process); };
+    auto const first_standard_input = std::find(paths.begin(), paths.end(), "-") - paths.begin();
+    auto const work_on = [&](std::size_t index) {
+        bool const drained = paths[index] == "-" && static_cast<std::ptrdiff_t>(index) != first_standard_input;
+        return process_file(index, paths[index], process, drained);
+    };
     // The calling thread is one of the `jobs`.
     std::size_t const thread_count = std::min<std::size_t>(std::max(jobs, 1u), paths.size());
     std::vector<std::thread> helpers;
