@@ -19,6 +19,7 @@
 #include "real_documents.hpp"
 
 #include "core/document.hpp"
+#include "core/json_tree.hpp"
 
 #include <morv/qc/json/codec.hpp>
 
@@ -33,6 +34,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 
 namespace {
@@ -133,6 +135,21 @@ void deserialize(benchmark::State& state, Text const& which) {
 
 void deserialize_through_yaml(benchmark::State& state, Text const& which) {
     decode_text(state, which, [](std::string const& text) { return qc::json::decode_through_yaml(text); });
+}
+
+// The loader's tree of the text, without the readers that make the document
+// of it: the part of a decode that no reader can win back.
+void load_tree(benchmark::State& state, Text const& which) {
+    std::string const& text = text_of(which);
+    for (auto _ : state) {
+        std::optional<qc::json::JsonTree> tree = qc::json::load_strict_json(text);
+        if (!tree) {
+            state.SkipWithError("the loader declined the text");
+            break;
+        }
+        benchmark::DoNotOptimize(tree);
+    }
+    count_text(state, text);
 }
 
 void serialize(benchmark::State& state, Text const& which, bool pretty) {
@@ -241,6 +258,7 @@ void add(std::string const& name, Text const& text, std::size_t budget, Run run,
 void add_all() {
     for (Text const& text : texts) {
         add("deserialize", text, fast, deserialize);
+        add("load_strict_json", text, fast, load_tree);
         if (text.shape == Shape::written) {
             add("deserialize_through_yaml", text, slow, deserialize_through_yaml);
             add("yaml_load", text, slow, yaml_load);

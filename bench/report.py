@@ -14,11 +14,14 @@ import sys
 CODEC = [
     ("deserialize", "`deserialize`",
      ["deserialize_through_yaml", "yaml_load", "nlohmann_parse", "rapidjson_parse", "simdjson_parse"]),
+    ("load_strict_json", "the strict JSON loader alone",
+     ["deserialize", "rapidjson_parse", "simdjson_parse"]),
     ("serialize_compact", "`serialize`, compact", ["nlohmann_dump", "rapidjson_write"]),
     ("serialize_pretty", "`serialize`, pretty", ["nlohmann_dump", "rapidjson_write"]),
 ]
 
 REFERENCES = {
+    "deserialize": "`deserialize`",
     "deserialize_through_yaml": "the decode through `YAML::Load`",
     "yaml_load": "`YAML::Load`",
     "nlohmann_parse": "nlohmann `json::parse`",
@@ -70,7 +73,10 @@ def main(path):
         print(f"| {label}, MB/s | " + " | ".join(cells(name)) + " |")
         for reference in references:
             print(f"| &emsp;÷ {REFERENCES[reference]} | " + " | ".join(cells(name, reference)) + " |")
+    codec = {name for name, _, _ in CODEC}
     for reference, label in REFERENCES.items():
+        if reference in codec:
+            continue
         print(f"| {label}, MB/s | " + " | ".join(cells(reference)) + " |")
 
 
